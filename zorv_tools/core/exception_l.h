@@ -1,0 +1,93 @@
+#pragma once
+
+/// @file
+/// The library's own exception and the macros that write its report.
+///
+/// A report is a small stack trace in text. A fresh one has three lines: file and line, the full signature of
+/// the function that threw, and "Details: " with a sentence; it ends in a line end. A function that adds its
+/// own frame puts three further lines in front, indented by one tab for each time the report has been caught.
+
+#include <exception>
+#include <memory>
+#include <sstream>
+#include <string>
+
+#include "zorv_tools/core/export.h"
+
+namespace zorv {
+
+/// Hard failure of the library. `what()` is the report, `depth()` counts how often a function of the library
+/// has caught the exception and thrown it again with a frame of its own (0 for a fresh one).
+///
+/// The type can be copied but not assigned, and has no move operations: a moved-from exception would have no
+/// message, and a message is always there.
+class ZORV_TOOLS_EXPORT exception_l : public std::exception {
+public:
+    /// The message is "No message", the depth 0.
+    exception_l();
+    exception_l(const std::string& message, int depth);
+    /// The copy has a string of its own, which ends at the first NUL of the other's text.
+    exception_l(const exception_l& other);
+    ~exception_l() override;
+
+    /// The text of the report; valid as long as this object.
+    const char* what() const noexcept override;
+    int depth() const noexcept;
+
+private:
+    exception_l& operator=(const exception_l& other);
+
+    std::unique_ptr<std::string> message_;
+    int depth_;
+};
+
+/// A place in the source, as the first two lines of a report show it.
+struct code_location {
+    const char* file;
+    int line;
+    const char* function;
+};
+
+/// Throws a fresh report for `location`. For helpers that fail on behalf of the function that called them.
+[[noreturn]] ZORV_TOOLS_EXPORT void throw_exception_l(const code_location& location,
+                                                      const std::string& sentence);
+
+/// Throws `cause` again with a frame for `location` in front of its report, one level deeper.
+[[noreturn]] ZORV_TOOLS_EXPORT void rethrow_with_frame(const code_location& location,
+                                                       const std::string& sentence, const exception_l& cause);
+
+/// Turns an exception of another library into a report of depth 0: it had no depth, so the count starts afresh.
+[[noreturn]] ZORV_TOOLS_EXPORT void rethrow_with_frame(const code_location& location,
+                                                       const std::string& sentence,
+                                                       const std::exception& cause);
+
+}  // namespace zorv
+
+#if defined(_MSC_VER)
+#define ZORV_FUNCTION __FUNCSIG__
+#else
+#define ZORV_FUNCTION __PRETTY_FUNCTION__
+#endif
+
+/// The place where it stands.
+#define ZORV_HERE                                                   \
+    ::zorv::code_location {                                         \
+        __FILE__, __LINE__, static_cast<const char*>(ZORV_FUNCTION) \
+    }
+
+/// Throws an `exception_l` whose sentence is streamed: `ZORV_THROW("size was " << size);`
+#define ZORV_THROW(sentence)                                       \
+    do {                                                           \
+        std::ostringstream zorv_sentence;                          \
+        zorv_sentence << sentence;                                 \
+        ::zorv::throw_exception_l(ZORV_HERE, zorv_sentence.str()); \
+    } while (false)
+
+/// Stands behind a `try` block and adds the enclosing function's frame to whatever report leaves it.
+#define ZORV_ADD_FRAME(sentence)                                     \
+    catch (const ::zorv::exception_l& zorv_cause) {                  \
+        ::zorv::rethrow_with_frame(ZORV_HERE, sentence, zorv_cause); \
+    }                                                                \
+    catch (const std::exception& zorv_cause) {                       \
+        ::zorv::rethrow_with_frame(ZORV_HERE, sentence, zorv_cause); \
+    }

@@ -1,0 +1,16 @@
+#pragma once
+
+/// @file
+/// The one macro that makes a name visible outside the library. Everything else stays hidden.
+
+#if defined(ZORV_TOOLS_STATIC)
+#define ZORV_TOOLS_EXPORT
+#elif defined(_WIN32)
+#if defined(ZORV_TOOLS_BUILDING)
+#define ZORV_TOOLS_EXPORT __declspec(dllexport)
+#else
+#define ZORV_TOOLS_EXPORT __declspec(dllimport)
+#endif
+#else
+#define ZORV_TOOLS_EXPORT __attribute__((visibility("default")))
+#endif

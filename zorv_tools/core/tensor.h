@@ -1,0 +1,37 @@
+#pragma once
+
+#include <memory>
+#include <vector>
+
+#include "zorv_tools/core/export.h"
+
+namespace zorv {
+
+template <class T>
+class tensor;
+
+/// A shape with a flat array of doubles. Copies share the values, which live as long as the last of them.
+template <>
+class ZORV_TOOLS_EXPORT tensor<double> {
+public:
+    /// Throws `std::invalid_argument` unless there are as many values as the product of the sizes.
+    tensor(const std::vector<int>& sizes, const std::vector<double>& values);
+    tensor(const tensor& other);
+    tensor& operator=(const tensor& other);
+    virtual ~tensor();
+
+    /// The element at a flat index, which is not tested.
+    double operator[](int index) const { return values[index]; }
+    const std::vector<int> get_sizes() const;
+    /// True where the sizes are the same and all elements differ by at most 0.0001.
+    bool operator==(const tensor& other) const;
+
+private:
+    int dims;
+    std::vector<int> sizes;
+    /// Comparison runs up to this index, inclusive; -1 when there is no element.
+    int last_index;
+    std::shared_ptr<double[]> values;
+};
+
+}  // namespace zorv
