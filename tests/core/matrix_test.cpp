@@ -105,7 +105,7 @@ TEST(Matrix, Determinants) {
     EXPECT_EQ(filled({{1, 2}, {3, 4}}).det(), -2.0);
     EXPECT_EQ(filled({{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}).det(), 1.0);
     EXPECT_EQ(filled({{2, 0, 1}, {1, 3, 2}, {1, 1, 4}}).det(), 18.0);
-    EXPECT_EQ(filled({{1, 2, 0, 1}, {0, 3, 1, 2}, {2, 0, 1, 1}, {1, 1, 0, 2}}).det(), 5.0);
+    EXPECT_EQ(filled({{1, 2, 0, 1}, {0, 3, 1, 2}, {2, 0, 1, 1}, {1, 1, 0, 2}}).det(), 10.0);
 }
 
 TEST(Matrix, TransposeAndPseudoInverse) {
