@@ -155,14 +155,15 @@ ZORV_TOOLS_EXPORT void create_camera_vector(std::vector<Camera>& cameras, config
 
 namespace internal {
 
-/// Matrix times column vector for rows known at compile time; each sum starts at 0.0 and runs upward.
+/// Matrix times column vector for a shape known at compile time; each sum starts at 0.0 and runs upward. The
+/// elements of a matrix are one block, so that the rows need not be looked up one by one.
 template <int Rows, int Cols>
 inline void multiply(const matrix<double>& m, const double (&in)[Cols], double (&out)[Rows]) {
+    const double* const elements = m[0];
     for (int i = 0; i < Rows; ++i) {
-        const double* const row = m[static_cast<unsigned int>(i)];
         double sum = 0.0;
         for (int j = 0; j < Cols; ++j) {
-            sum += row[j] * in[j];
+            sum += elements[i * Cols + j] * in[j];
         }
         out[i] = sum;
     }
