@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <utility>
 
 #include "zorv_tools/config/internal/configuration_key.h"
 
@@ -33,25 +34,25 @@ void configuration::initialise() {
         parameters.reserve(internal::catalogue_size);
     }
     for (const internal::key_row& row : internal::catalogue) {
-        const std::string name(row.name);
+        std::string name(row.name);
         if (!fresh && reject_duplicate(name)) {
             continue;
         }
         switch (row.kind) {
             case param_int:
-                append(name, std::make_unique<int>(static_cast<int>(row.number)), row.kind);
+                append(std::move(name), std::make_unique<int>(static_cast<int>(row.number)), row.kind);
                 break;
             case param_double:
-                append(name, std::make_unique<double>(row.number), row.kind);
+                append(std::move(name), std::make_unique<double>(row.number), row.kind);
                 break;
             case param_bool:
-                append(name, std::make_unique<bool>(row.number != 0), row.kind);
+                append(std::move(name), std::make_unique<bool>(row.number != 0), row.kind);
                 break;
             case param_string:
-                append(name, std::make_unique<std::string>(row.text), row.kind);
+                append(std::move(name), std::make_unique<std::string>(row.text), row.kind);
                 break;
             case param_special:
-                append(name, std::make_unique<void*>(nullptr), row.kind);
+                append(std::move(name), std::make_unique<void*>(nullptr), row.kind);
                 break;
         }
     }

@@ -105,7 +105,7 @@ private:
     template <class Cell, class T>
     static std::unique_ptr<Cell> make_cell(T& value);
     template <class Cell>
-    void append(const std::string& name, std::unique_ptr<Cell> cell, int kind);
+    void append(std::string name, std::unique_ptr<Cell> cell, int kind);
 
     const void* find_value(const std::string& name) const;
     bool reject_duplicate(const std::string& name) const;
@@ -161,8 +161,8 @@ std::unique_ptr<Cell> configuration::make_cell(T& value) {
 }
 
 template <class Cell>
-void configuration::append(const std::string& name, std::unique_ptr<Cell> cell, int kind) {
-    parameters.push_back({name, cell.get(), kind});
+void configuration::append(std::string name, std::unique_ptr<Cell> cell, int kind) {
+    parameters.push_back({std::move(name), cell.get(), kind});
     cell.release();
 }
 

@@ -388,7 +388,7 @@ constexpr std::array<key_row, catalogue_size> catalogue = {{
     special("kmeans_hierarchy_ratios", half::second, set_floats, release_floats),
     special("precomputed_of_paths", half::first, append_text, release_texts),
     special("mahalanobis_covariance", half::second, set_mahalanobis_covariance, release_doubles),
-    special("svm_multi_kernel_lengths", half::second, set_svm_multi_kernel_lengths, release_ints),
+    replacing(special("svm_multi_kernel_lengths", half::second, set_svm_multi_kernel_lengths, release_ints)),
     special("surface_normal_imgs", half::first, append_text, release_texts),
 }};
 
