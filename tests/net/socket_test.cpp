@@ -75,7 +75,7 @@ TEST(Socket, ReceivesLinesWithTheirEnd) {
 TEST(Socket, ReceivesAllBytesThatHaveArrivedWithoutWaiting) {
     plain_pair pair;
     EXPECT_EQ(pair.client.ReceiveBytes(), "");
-    for (const std::size_t count : {1, 1023, 1024, 1025, 2048, 20000}) {
+    for (const std::size_t count : {1u, 1023u, 1024u, 1025u, 2048u, 20000u}) {
         std::string bytes;
         while (bytes.size() < count) {
             bytes += static_cast<char>(bytes.size() % 251);
