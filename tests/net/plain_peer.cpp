@@ -1,7 +1,10 @@
 #include "tests/net/plain_peer.h"
 
 #ifdef _WIN32
+#define WIN32_LEAN_AND_MEAN
+#ifndef NOMINMAX
 #define NOMINMAX
+#endif
 #include <winsock2.h>
 #else
 #include <arpa/inet.h>
