@@ -63,9 +63,9 @@ std::unique_ptr<SocketServer> make_server(int& port) {
     }
 }
 
-/// One line through each of many connections, the two ends closing first in turns.
-bool open_and_close(SocketServer& server, int port, std::uint64_t& sent, std::uint64_t& received) {
-    for (int i = 0; i < connections; ++i) {
+/// One line through each of `count` connections, the two ends closing first in turns.
+bool open_and_close(SocketServer& server, int port, int count, std::uint64_t& sent, std::uint64_t& received) {
+    for (int i = 0; i < count; ++i) {
         auto client = std::make_unique<SocketClient>(localhost, port);
         const std::unique_ptr<Socket> accepted(server.Accept());
         const std::string text = "connection " + std::to_string(i);
@@ -140,15 +140,17 @@ bool run(const char* name, int lost, const Step& step) {
 int main() {
     std::printf("%-28s %14s %21s %28s\n", "", "descriptors", "memory", "bytes sent -> received");
     int port = 0;
-    const bool lost = run("100 servers", servers, [&](std::uint64_t&, std::uint64_t&) {
+    const bool lost = run("100 servers", servers, [&](std::uint64_t& sent, std::uint64_t& received) {
+        bool same = true;
         for (int i = 0; i < servers; ++i) {
-            make_server(port);
+            const std::unique_ptr<SocketServer> server = make_server(port);
+            same = open_and_close(*server, port, 1, sent, received) && same;
         }
-        return true;
+        return same;
     });
     const std::unique_ptr<SocketServer> server = make_server(port);
     const bool opened = run("10,000 connections", 0, [&](std::uint64_t& sent, std::uint64_t& received) {
-        return open_and_close(*server, port, sent, received);
+        return open_and_close(*server, port, connections, sent, received);
     });
     const bool moved = run("1 GB in one connection", 0, [&](std::uint64_t& sent, std::uint64_t& received) {
         return move_bytes(*server, port, sent, received);
