@@ -19,3 +19,5 @@
 #include "zorv_tools/core/truncate.h"
 #include "zorv_tools/geometry/Camera.h"
 #include "zorv_tools/geometry/Three_d_point.h"
+#include "zorv_tools/net/Socket.h"
+#include "zorv_tools/net/socket_transmission.h"
