@@ -11,3 +11,4 @@
 #include "zorv_tools/core/opencv_c.h"
 #include "zorv_tools/core/tensor.h"
 #include "zorv_tools/core/truncate.h"
+#include "zorv_tools/image/IplImage_overloads.h"
