@@ -21,3 +21,4 @@
 #include "zorv_tools/geometry/Three_d_point.h"
 #include "zorv_tools/net/Socket.h"
 #include "zorv_tools/net/socket_transmission.h"
+#include "zorv_tools/image/IplImage_overloads.h"
