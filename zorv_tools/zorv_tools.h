@@ -13,3 +13,5 @@
 #include "zorv_tools/core/truncate.h"
 #include "zorv_tools/net/Socket.h"
 #include "zorv_tools/net/socket_transmission.h"
+#include "zorv_tools/subtitle/Subtitle.h"
+#include "zorv_tools/subtitle/Timestamp.h"
