@@ -221,14 +221,18 @@ TEST(Descriptors, WithNoneLeftTheTextPassesTheSenders) {
             fillers.push_back(open("/dev/null", O_RDONLY));
         } while (fillers.back() != -1);
         fillers.pop_back();
+        // Without a socket there is no object to be destroyed, and its count stays.
+        const std::int32_t live = live_sockets();
         EXPECT_EQ(thrown_by([] { zorv::write_string_to_socket("bob", localhost, 9); }),
                   "char* INVALID_SOCKET");
+        EXPECT_EQ(live_sockets(), live + 1);
         // One is enough for the first of a server's two sockets, which is lost here as well.
         const std::vector<int> before = open_descriptors();
         close(fillers.back());
         fillers.pop_back();
         EXPECT_EQ(thrown_by([] { SocketServer(0, 1, Blocking); }), "char* INVALID_SOCKET");
         EXPECT_EQ(open_descriptors(), before);
+        EXPECT_EQ(live_sockets(), live + 1);
         for (const int number : fillers) {
             close(number);
         }

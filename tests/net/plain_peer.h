@@ -53,6 +53,9 @@ public:
     plain_connection accept();
 };
 
+/// The library's count of its objects.
+std::int32_t live_sockets();
+
 /// Whether a new socket could be made just now, which on Windows needs the socket library to be started.
 bool system_makes_sockets();
 

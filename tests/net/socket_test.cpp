@@ -19,15 +19,6 @@ using zorv::SocketServer;
 
 namespace {
 
-// An explicit instantiation may name a private member: the count has no other window, and none is wanted in the
-// library.
-std::int32_t live_sockets();
-template <std::int32_t* Count>
-struct window {
-    friend std::int32_t live_sockets() { return *Count; }
-};
-template struct window<&Socket::nofSockets_>;
-
 const std::string localhost = "127.0.0.1";
 
 /// A client of the library and its plain peer.

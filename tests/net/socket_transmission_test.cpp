@@ -83,7 +83,7 @@ TEST(WriteStringToSocket, SendsTheAnnouncementAndWaitsAfterTheClose) {
         receiver.join();
         EXPECT_EQ(received, "<?xml version='1.0' encoding='utf-8'?><avatar name='" + name + "'/>");
         EXPECT_EQ(received.size(), 55 + name.size());
-        EXPECT_GE(back - end, std::chrono::milliseconds(400));
+        EXPECT_GE(back - end, std::chrono::milliseconds(250));
     }
 }
 

@@ -161,13 +161,10 @@ Socket* SocketServer::Accept() {
 }
 
 SocketSelect::SocketSelect(const Socket* first, const Socket* second, TypeSocket type) {
-    const auto add = [this](const Socket* socket) {
-        if (socket != nullptr && read_set_.count < std::size(read_set_.handles)) {
-            read_set_.handles[read_set_.count++] = socket->socket_;
-        }
-    };
-    add(first);
-    add(second);
+    read_set_.handles[read_set_.count++] = first->socket_;
+    if (second != nullptr && read_set_.count < std::size(read_set_.handles)) {
+        read_set_.handles[read_set_.count++] = second->socket_;
+    }
     const platform::wait wait =
         type == NonBlocking ? platform::wait::a_microsecond : platform::wait::for_ever;
     if (!platform::keep_readable(read_set_.handles, read_set_.count, wait)) {
