@@ -20,8 +20,6 @@
 #include "zorv_tools/core/truncate.h"
 #include "zorv_tools/geometry/Camera.h"
 #include "zorv_tools/geometry/Three_d_point.h"
-#include "zorv_tools/net/Socket.h"
-#include "zorv_tools/net/socket_transmission.h"
 #include "zorv_tools/image/IplImage_overloads.h"
 #include "zorv_tools/image/colour_codes.h"
 #include "zorv_tools/net/Socket.h"
