@@ -11,3 +11,5 @@
 #include "zorv_tools/core/opencv_c.h"
 #include "zorv_tools/core/tensor.h"
 #include "zorv_tools/core/truncate.h"
+#include "zorv_tools/image/Opencv_io.h"
+#include "zorv_tools/image/image_utils.h"
