@@ -11,5 +11,6 @@
 #include "zorv_tools/core/opencv_c.h"
 #include "zorv_tools/core/tensor.h"
 #include "zorv_tools/core/truncate.h"
+#include "zorv_tools/image/IplImage_overloads.h"
 #include "zorv_tools/image/Opencv_io.h"
 #include "zorv_tools/image/image_utils.h"
