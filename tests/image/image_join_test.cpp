@@ -52,7 +52,14 @@ TEST(JoinImages, PutsEachImageInItsPlace) {
         {join_images_side_by_side, {4, 10}, {6, 25}, false, false, {10, 25}, {0, 0, 4, 10}, {4, 0, 6, 25}},
         {join_images_side_by_side, {4, 10}, {6, 25}, false, true, {33, 25}, {11, 0, 4, 10}, {15, 0, 6, 25}},
         // 200 by 150 beside 266 by 200: side by side
-        {join_images, {100, 100}, {100, 100}, false, true, {200, 150}, {0, 25, 100, 100}, {100, 25, 100, 100}},
+        {join_images,
+         {100, 100},
+         {100, 100},
+         false,
+         true,
+         {200, 150},
+         {0, 25, 100, 100},
+         {100, 25, 100, 100}},
         // both layouts fill 40 by 30: on top
         {join_images, {40, 15}, {40, 15}, true, false, {40, 30}, {0, 0, 40, 15}, {0, 15, 40, 15}},
         {join_images, {20, 30}, {20, 30}, true, false, {40, 30}, {0, 0, 20, 30}, {20, 0, 20, 30}},
@@ -198,12 +205,18 @@ TEST(JoinImages, EachJoinAddsItsFrameToAFailure) {
     } const cases[] = {
         {[&] { join_images_on_top(plain, solid, false, false); }, 0, {"join_images_on_top"}},
         {[&] { join_images_side_by_side(wide, wide, false, false); }, 0, {"join_images_side_by_side"}},
-        {[&] { join_images_side_by_side(cv::Mat(), cv::Mat(), false, true); }, 0, {"join_images_side_by_side"}},
+        {[&] { join_images_side_by_side(cv::Mat(), cv::Mat(), false, true); },
+         0,
+         {"join_images_side_by_side"}},
         {[&] { join_images(solid, plain, false, false); }, 1, {"join_images(", "join_images_"}},
-        {[&] { join_images_unordered({plain, solid, plain}, false, false); },
+        {[&] {
+             join_images_unordered({plain, solid, plain}, false, false);
+         },
          2,
          {"join_images_unordered", "join_images(", "join_images_"}},
-        {[&] { join_images_ordered({plain, solid}, true, false); },
+        {[&] {
+             join_images_ordered({plain, solid}, true, false);
+         },
          1,
          {"join_images_ordered", "join_images_side_by_side"}},
         {[&] { join_images_ordered({plain}, true, true); }, 0, {"join_images_ordered"}},
@@ -255,7 +268,8 @@ TEST(ImageTitle, WarnsOfATitleThatDoesNotFitAndDrawsIt) {
         image_title(image, "A long title", cv::FONT_HERSHEY_PLAIN, 1.0, cv::Scalar(255));
         std::ostringstream expected;
         expected << "Warning: in image_utils::image_title() : title has size of (" << text.width << ","
-                 << text.height << ") but image only has size of (" << size.width << "," << size.height << ")\n";
+                 << text.height << ") but image only has size of (" << size.width << "," << size.height
+                 << ")\n";
         EXPECT_EQ(errors.text(), expected.str());
         EXPECT_GT(cv::countNonZero(image), 0);
     }

@@ -70,7 +70,9 @@ reading read_image(const std::string& text) {
 }
 
 reading read_size(const std::string& text) {
-    return read<cv::Size>(text, {7, 8}, [](const cv::Size& s) { return std::vector<int>{s.width, s.height}; });
+    return read<cv::Size>(text, {7, 8}, [](const cv::Size& s) {
+        return std::vector<int>{s.width, s.height};
+    });
 }
 
 TEST(OpencvIo, ReadersCheckTheTextAndZeroTheFields) {
@@ -87,18 +89,24 @@ TEST(OpencvIo, ReadersCheckTheTextAndZeroTheFields) {
         {read_rect, "(1,2,3,4,5)", zeros, "", "5)"},
         {read_rect, ")(1,2,3,4)", old, "CvRect input operator : first char was ) not (\n", "(1,2,3,4)"},
         {read_image, "[1,2,3,4)", old, "IplImage input operator : first char was [ not (\n", "1,2,3,4)"},
-        {read_cv_rect, "(1,-2,3,4)", {0, 8, 9, 10},
+        {read_cv_rect,
+         "(1,-2,3,4)",
+         {0, 8, 9, 10},
          "cv::Rect input operator : non numeric character - found when processing param 1 (only integers are "
          "allowed)\n",
          "2,3,4)"},
-        {read_image, "(1)2,3,\xe9", {0, 0, 0, 10},
+        {read_image,
+         "(1)2,3,\xe9",
+         {0, 0, 0, 10},
          "IplImage input operator : non numeric character \xe9 found when processing param 3 (only integers are "
          "allowed)\n",
          ""},
         // a size reads four fields as well, of which the last two are dropped
         {read_size, "(640,480),,8", {0, 0}, "", "8"},
         {read_size, "(640,480)", {0, 0}, "", ""},
-        {read_size, "(640,480) x", {0, 0},
+        {read_size,
+         "(640,480) x",
+         {0, 0},
          "cv::Size input operator : non numeric character x found when processing param 2 (only integers are "
          "allowed)\n",
          ""},

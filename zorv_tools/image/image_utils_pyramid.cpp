@@ -52,8 +52,8 @@ void create_image_pyramid(std::vector<IplImage*>* images, std::vector<std::vecto
         const double sigma = std::sqrt(power(scale, level));
         append_set(*pyramid);
         for (const IplImage* image : originals) {
-            internal::ipl_image_ptr smoothed(
-                cvCreateImage(cvSize(image->width, image->height), image->depth, image->nChannels));
+            internal::ipl_image_ptr smoothed =
+                internal::create_image(image->width, image->height, image->depth, image->nChannels);
             cvSmooth(image, smoothed.get(), CV_GAUSSIAN, 0, 0, sigma, 0.0);
             append_image(*(*pyramid)[std::size_t{level} + 1], std::move(smoothed));
         }
