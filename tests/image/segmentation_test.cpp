@@ -40,8 +40,8 @@ TEST(ThresholdImagePair, KeepsTheBandOfDepthInBothImages) {
         for (const int channels : {1, 3, 4}) {
             SCOPED_TRACE(testing::Message() << c.low << " " << c.high << " " << channels);
             const ipl_image_ptr depth_owner = bytes_image(depths);
-            const ipl_image_ptr app_owner =
-                bytes_image({std::vector<int>(depths[0].size() * channels, 99)}, channels);
+            const ipl_image_ptr app_owner = bytes_image(
+                {std::vector<int>(depths[0].size() * static_cast<std::size_t>(channels), 99)}, channels);
             IplImage* depth = depth_owner.get();
             IplImage* app = app_owner.get();
             cvSetImageROI(depth, cvRect(2, 0, 1, 1));

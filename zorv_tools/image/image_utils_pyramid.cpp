@@ -71,34 +71,32 @@ matrix<double>* create_integral_image(IplImage* image) {
 
     // The image runs along rows and the result along columns. A tile is turned around in a small buffer, so that
     // both are walked in their own direction. Sums of bytes are exact in a double, in whatever order.
-    constexpr int tile = 64;
-    std::array<unsigned char, tile * tile> turned;
-    for (int left = 0; left < image->width; left += tile) {
-        const int cols = std::min(tile, image->width - left);
-        std::array<std::int64_t, tile> column_sums{};
-        for (int top = 0; top < image->height; top += tile) {
-            const int rows = std::min(tile, image->height - top);
-            for (int y = 0; y < rows; ++y) {
-                const unsigned char* row = internal::row_bytes(image, top + y) + left;
-                for (int x = 0; x < cols; ++x) {
-                    turned[static_cast<std::size_t>(x * tile + y)] = row[x];
+    constexpr std::size_t tile = 32;
+    std::array<std::int32_t, tile * tile> turned;
+    const auto width = static_cast<std::size_t>(image->width);
+    const auto height = static_cast<std::size_t>(image->height);
+    const std::vector<double> nothing(height, 0.0);
+    for (std::size_t left = 0; left < width; left += tile) {
+        const std::size_t cols = std::min(tile, width - left);
+        std::array<double, tile> above{};
+        for (std::size_t top = 0; top < height; top += tile) {
+            const std::size_t rows = std::min(tile, height - top);
+            std::array<std::int32_t, tile> running{};
+            for (std::size_t y = 0; y < rows; ++y) {
+                const unsigned char* row = internal::row_bytes(image, static_cast<int>(top + y)) + left;
+                for (std::size_t x = 0; x < cols; ++x) {
+                    running[x] += row[x];
+                    turned[x * tile + y] = running[x];
                 }
             }
-            for (int x = 0; x < cols; ++x) {
-                const unsigned char* column = &turned[static_cast<std::size_t>(x * tile)];
-                double* sums = (*integral)[static_cast<unsigned int>(left + x)] + top;
-                std::int64_t sum = column_sums[static_cast<std::size_t>(x)];
-                if (left + x == 0) {
-                    for (int y = 0; y < rows; ++y) {
-                        sums[y] = static_cast<double>(sum += column[y]);
-                    }
-                } else {
-                    const double* before = (*integral)[static_cast<unsigned int>(left + x - 1)] + top;
-                    for (int y = 0; y < rows; ++y) {
-                        sums[y] = before[y] + static_cast<double>(sum += column[y]);
-                    }
+            for (std::size_t x = 0; x < cols; ++x) {
+                const auto column = static_cast<unsigned int>(left + x);
+                double* sums = (*integral)[column] + top;
+                const double* before = column == 0 ? &nothing[top] : (*integral)[column - 1] + top;
+                for (std::size_t y = 0; y < rows; ++y) {
+                    sums[y] = before[y] + above[x] + turned[x * tile + y];
                 }
-                column_sums[static_cast<std::size_t>(x)] = sum;
+                above[x] += running[x];
             }
         }
     }

@@ -63,6 +63,26 @@ void range_as(const cv::Mat& image, double& minimum, double& maximum) {
     maximum = static_cast<double>(high);
 }
 
+/// What the values of one channel span.
+struct span {
+    double minimum = 0.0;
+    double maximum = 0.0;
+};
+
+span span_of(const cv::Mat& channel) {
+    span values;
+    image_range(channel, values.minimum, values.maximum);
+    return values;
+}
+
+/// The channel divided by its range, as doubles.
+void divide_by_range(const cv::Mat& channel, const span& values, cv::Mat& divided) {
+    channel.convertTo(divided, CV_64F, 1.0, -values.minimum);
+    // Starts from the image again, not from the shifted values: the result does not begin at 0. This is meant,
+    // and so is the conversion above that it overwrites.
+    channel.convertTo(divided, CV_64F, 1.0 / (values.maximum - values.minimum), 0.0);
+}
+
 }  // namespace
 
 void binary_image_convert(IplImage*& image, int threshold) {
@@ -135,24 +155,28 @@ void image_range(const cv::Mat& image, double& minimum, double& maximum) {
 }
 
 cv::Mat image_normalise(cv::Mat& image) {
-    if (image.channels() > 1) {
-        std::vector<cv::Mat> channels;
-        cv::split(image, channels);
-        for (cv::Mat& channel : channels) {
-            channel = image_normalise(channel);
-        }
+    if (image.channels() == 1) {
         cv::Mat normalised;
-        cv::merge(channels, normalised);
+        divide_by_range(image, span_of(image), normalised);
         return normalised;
     }
-    double minimum = 0.0;
-    double maximum = 0.0;
-    image_range(image, minimum, maximum);
-    cv::Mat normalised;
-    image.convertTo(normalised, CV_64F, 1.0, -minimum);
-    // Starts from the image again, not from the shifted values: the result is divided by the range and does not
-    // begin at 0. This is meant, and so is the conversion above that it overwrites.
-    image.convertTo(normalised, CV_64F, 1.0 / (maximum - minimum), 0.0);
+    std::vector<cv::Mat> channels;
+    cv::split(image, channels);
+    std::vector<span> spans;
+    for (const cv::Mat& channel : channels) {
+        spans.push_back(span_of(channel));
+    }
+    // Some rows at a time, so that the doubles of one channel never fill the memory of a whole image.
+    constexpr int rows_at_a_time = 32;
+    cv::Mat normalised(image.rows, image.cols, CV_64FC(image.channels()));
+    std::vector<cv::Mat> parts(channels.size());
+    for (int top = 0; top < image.rows; top += rows_at_a_time) {
+        const cv::Range rows(top, std::min(top + rows_at_a_time, image.rows));
+        for (std::size_t c = 0; c < channels.size(); ++c) {
+            divide_by_range(channels[c].rowRange(rows), spans[c], parts[c]);
+        }
+        cv::merge(parts, normalised.rowRange(rows));
+    }
     return normalised;
 }
 
