@@ -38,7 +38,8 @@ std::string lookup_failure(int x, int y, int width, int height) {
 template <class T>
 class PixelOfType : public testing::Test {};
 using element_types = testing::Types<char, unsigned char, short, unsigned short, int, float, double>;
-TYPED_TEST_SUITE(PixelOfType, element_types);
+// The last argument, which may be empty, has to be there for clang.
+TYPED_TEST_SUITE(PixelOfType, element_types, );
 
 // The elements of every depth are read as raw bits where the sizes agree, and refused where they do not.
 TYPED_TEST(PixelOfType, MatElementsByTheirSizeAlone) {
@@ -58,8 +59,8 @@ TYPED_TEST(PixelOfType, MatElementsByTheirSizeAlone) {
                 const std::string sentence = "Template parameter had size of " + std::to_string(sizeof(T)) +
                                              " bytes, but image depth specified " +
                                              std::to_string(image.elemSize1());
-                EXPECT_REPORT(zorv::get_pix<T>(constant, 2, 3, c), file, "get_pix(const cv::Mat&", sentence);
-                EXPECT_REPORT(zorv::get_pix<T>(image, 2, 3, c), file, "get_pix(cv::Mat&", sentence);
+                EXPECT_REPORT(zorv::get_pix<T>(constant, 2, 3, c), file, "get_pix(const cv::Mat", sentence);
+                EXPECT_REPORT(zorv::get_pix<T>(image, 2, 3, c), file, "get_pix(cv::Mat", sentence);
             }
         }
     }
@@ -84,7 +85,7 @@ TYPED_TEST(PixelOfType, IplImageElementsByTheirSizeAlone) {
             cvSetImageROI(image.get(), cvRect(1, 1, 2, 2));
             EXPECT_EQ(zorv::get_pix<T>(*image, 2, 3, 1), value) << depth;
         } else {
-            EXPECT_REPORT(zorv::get_pix<T>(*image, 9, 9, 9), file, "get_pix(const IplImage&",
+            EXPECT_REPORT(zorv::get_pix<T>(*image, 9, 9, 9), file, "get_pix(const IplImage",
                           "get_pix(): Pixel lookup for image was passed type with size " +
                               std::to_string(8 * sizeof(T)) + " but image has depth " +
                               std::to_string(depth) + " (" + std::to_string(bits) + " without sign bit)");
@@ -340,11 +341,11 @@ TEST(Sampling, RefusesPositionsAndChannels) {
     }
     for (const auto sample : {zorv::interp_pix, zorv::interp_pix_linear}) {
         for (const int channel : {-1, 2}) {
-            EXPECT_REPORT(sample(image, 1.5, 1.5, channel), file, "get_pix(const cv::Mat&",
+            EXPECT_REPORT(sample(image, 1.5, 1.5, channel), file, "get_pix(const cv::Mat",
                           "get_pix(): Pixel lookup from channel " + std::to_string(channel) +
                               " but image only has 2 channels.");
         }
-        EXPECT_REPORT(sample(random_image(6, 4, CV_32FC(5)), 1.5, 1.5, 4), file, "get_pix(const cv::Mat&",
+        EXPECT_REPORT(sample(random_image(6, 4, CV_32FC(5)), 1.5, 1.5, 4), file, "get_pix(const cv::Mat",
                       "get_pix<template> : number of image channels was not 1-4, value was : 5");
     }
 }
@@ -422,7 +423,7 @@ TEST(GetRows, RefusesWithTheTargetUntouched) {
     for (const row& r : rows) {
         cv::Mat dest = r.dest.clone();
         EXPECT_REPORT(zorv::get_rows(r.src, dest, r.x_scale, r.y_scale, true), file,
-                      "get_rows(const cv::Mat&", head + r.sentence);
+                      "get_rows(const cv::Mat", head + r.sentence);
         EXPECT_EQ(cv::norm(dest, r.dest, cv::NORM_INF), 0);
     }
     cv::Mat empty;
