@@ -11,3 +11,5 @@
 #include "zorv_tools/core/opencv_c.h"
 #include "zorv_tools/core/tensor.h"
 #include "zorv_tools/core/truncate.h"
+#include "zorv_tools/geometry/Transform_estimator.h"
+#include "zorv_tools/geometry/opengv_wrapper.h"
