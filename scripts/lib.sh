@@ -26,7 +26,7 @@ need_packages() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build ccache libopencv-dev libopengv-dev libeigen3-dev)
-TEST_PACKAGES=(libgtest-dev libgmock-dev libboost-dev xvfb xauth xdotool)
+TEST_PACKAGES=(pkg-config libgtest-dev libgmock-dev libboost-dev xvfb xauth xdotool)
 BENCHMARK_PACKAGES=(libbenchmark-dev libboost-dev)
 
 # build PRESET [cmake options]: configures and builds below build/PRESET.
@@ -50,7 +50,9 @@ fetch_photos() {
         mkdir -p "$folder"
         (
             cd "$folder"
-            apt-get download -qq opencv-doc >&2 || { as_root apt-get update -qq && apt-get download -qq opencv-doc >&2; }
+            # Root's downloads would otherwise be handed to a user who may not write here.
+            download() { apt-get -o APT::Sandbox::User="$(id -un)" -qq download opencv-doc >&2; }
+            download || { as_root apt-get update -qq && download; }
             dpkg -x opencv-doc_*.deb .
             rm opencv-doc_*.deb
             find . -path '*examples/data/*.gz' -exec gunzip -f {} +

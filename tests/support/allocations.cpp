@@ -19,7 +19,10 @@ thread_local std::size_t allocations = 0;
 
 // The sanitizer has its own allocator, whose checks a replaced operator new would switch off; it tells of each
 // allocation instead.
-#include <sanitizer/allocator_interface.h>
+// Declared here because gcc ships no header for it.
+extern "C" int __sanitizer_install_malloc_and_free_hooks(void (*on_allocation)(const volatile void*,
+                                                                               std::size_t),
+                                                         void (*on_release)(const volatile void*));
 
 namespace {
 const int hooks = __sanitizer_install_malloc_and_free_hooks(

@@ -3,7 +3,8 @@
 /// @file
 /// Values from text and text from values, through string streams. All conversions throw `exception_l` when the
 /// text does not begin with a value of the type; what follows the value is not looked at ("12abc" is 12). A
-/// failed conversion leaves in the output what the stream extraction left there.
+/// failed conversion leaves in the output what the stream extraction left there. The helpers for strings and lines
+/// (`text.h`) come in with this header.
 
 #include <istream>
 #include <sstream>
@@ -12,6 +13,7 @@
 
 #include "zorv_tools/core/exception_l.h"
 #include "zorv_tools/core/export.h"
+#include "zorv_tools/core/text.h"
 
 namespace zorv {
 

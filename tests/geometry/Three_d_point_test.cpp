@@ -1,0 +1,76 @@
+#include "zorv_tools/geometry/Three_d_point.h"
+
+#include <gtest/gtest.h>
+
+#include <iostream>
+#include <sstream>
+
+#include "tests/support/report.h"
+#include "tests/support/stream_capture.h"
+
+using zorv::Three_d_point;
+
+namespace {
+
+std::string text_of(const Three_d_point& point) {
+    std::ostringstream out;
+    out << point;
+    return out.str();
+}
+
+}  // namespace
+
+TEST(ThreeDPoint, FieldsByIndex) {
+    Three_d_point p(1.5, 2, 3, 4, 5, 6);
+    const Three_d_point& view = p;
+    const double expected[] = {1.5, 2, 3, 4, 5, 6};
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_EQ(view[i], expected[i]);
+        p[i] = -i;
+    }
+    EXPECT_EQ(text_of(p), "0,-1,-2,-5,-4,-3");
+    for (const int index : {-1, 6}) {
+        const std::string sentence = "Three_d_point::operator[] : passed index of " + std::to_string(index) +
+                                     " but only values 0-5 are valid.";
+        EXPECT_REPORT(p[index], "Three_d_point", "operator[]", sentence);
+        EXPECT_REPORT(static_cast<void>(view[index]), "Three_d_point", "operator[]", sentence);
+    }
+}
+
+TEST(ThreeDPoint, AssignmentFromAVector) {
+    Three_d_point p(1, 2, 3, 4, 5, 6);
+    p = std::vector<double>{};
+    p = std::vector<double>{9, 8};
+    EXPECT_EQ(text_of(p), "9,8,3,6,5,4");
+    EXPECT_REPORT((p = std::vector<double>{1, 1, 1, 2, 3, 4, 5}), "Three_d_point", "operator[]",
+                  "Three_d_point::operator[] : passed index of 6 but only values 0-5 are valid.");
+    EXPECT_EQ(text_of(p), "1,1,1,4,3,2");
+}
+
+TEST(ThreeDPoint, CopiesCarryAllFields) {
+    Three_d_point p(1, 2, 3, 4, 5, 6);
+    p.reserved1 = 7;
+    Three_d_point assigned;
+    assigned = p;
+    EXPECT_EQ(Three_d_point(p).reserved1 + assigned.reserved1, 14);
+    EXPECT_EQ(text_of(assigned), text_of(p));
+}
+
+TEST(ThreeDPoint, SumAndDotProductNeedThreeEntries) {
+    Three_d_point p(1, 2, 3, 0, 0, 0);
+    p += std::vector<double>{10, 20, 30};
+    EXPECT_EQ(p.dot_product({1, 10, 100}), 11 + 220 + 3300);
+
+    const stream_capture errors(std::cerr);
+    p += std::vector<double>{1, 2};
+    EXPECT_EQ(text_of(p), "11,22,33");
+    EXPECT_EQ(p.dot_product({}), -1.0);
+    EXPECT_EQ(errors.text(),
+              "Can't call += on a 3d point a Vector not of 3 dimensions, attempted Vector had size 2\n"
+              "Can't do a dot product of a 3d point with a vector of size :0\n");
+}
+
+TEST(ThreeDPoint, PrintsTheExtrasUnlessAllAreZero) {
+    EXPECT_EQ(text_of(Three_d_point(1, 2, 3, 0, 0, 0)), "1,2,3");
+    EXPECT_EQ(text_of(Three_d_point(1, 2, 3, 0, 5, 0)), "1,2,3,0,5,0");
+}

@@ -1,0 +1,10 @@
+# The README shows a program and the file it reads; both must be the ones that are built and run.
+file(READ ${README} text)
+string(REPLACE "," ";" parts "${PARTS}")
+foreach(part IN LISTS parts)
+  file(READ ${part} content)
+  string(FIND "${text}" "${content}" position)
+  if(position EQUAL -1)
+    message(FATAL_ERROR "the README does not show ${part} as it stands")
+  endif()
+endforeach()

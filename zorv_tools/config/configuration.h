@@ -1,0 +1,169 @@
+#pragma once
+
+/// @file
+/// The keyed parameter store that a host reads its settings from.
+///
+/// Every key is declared in code, with a kind and a default, before any file is read; a file sets keys, and only
+/// keys that begin with "__" need no declaration (they hold free text). A file is made of `key=value` words, one
+/// a line: what follows the first white space of a line is ignored, a word that begins with "//" is a comment,
+/// and "import=path" reads a further file in that place. Problems with a value are warnings on `std::cerr`, and
+/// the old value stays; only a line that is no assignment throws.
+///
+///     zorv::configuration config(std::string("rig.txt"));
+///     int trees = 0;
+///     std::vector<std::vector<double>*>* cameras = nullptr;
+///     config.get_param("trees", trees);
+///     config.get_param("bumblebee_params", cameras);  // lent; null when no line gave a camera
+
+#include <cstddef>
+#include <cstdint>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <type_traits>
+#include <utility>
+#include <vector>
+
+#include "zorv_tools/config/parameter_records.h"
+#include "zorv_tools/core/export.h"
+
+namespace zorv {
+
+/// One named value of the store. `value` owns a heap cell whose type `kind` tells.
+struct parameter {
+    std::string name;
+    void* value = nullptr;
+    std::int32_t kind = 0;
+};
+
+/// The store. It is meant to be derived from: a derived constructor uses `configuration()`, declares keys of its
+/// own with `add_param` and then reads its own file with `configure`. An override of `initialise` is not reached
+/// from the constructors of this class.
+///
+/// One thread fills the store; several may read it after that.
+class ZORV_TOOLS_EXPORT configuration {
+public:
+    /// What the cell of a parameter holds: an `int`, `double`, `bool` or `std::string`, or (special) one `void*`,
+    /// null until the first value comes, to an object whose type depends on the key.
+    enum parameter_kind : std::int32_t {
+        param_special = -1,
+        param_int = 0,
+        param_double = 1,
+        param_bool = 2,
+        param_string = 3
+    };
+
+    /// All keys at their defaults.
+    configuration();
+    /// All keys at their defaults, then the file at `path`. A null or empty path and a file that does not open
+    /// are warnings; a line that is no assignment throws `exception_l`.
+    configuration(char* path);
+    configuration(std::string path);
+    virtual ~configuration();
+
+    /// Sets one key from text, as a line `name=value` of a file does. A value that differs from the key's default
+    /// counts as already set, whoever set it.
+    void set_param(const std::string& name, const std::string& value);
+
+    /// Copies the value of the key `name` to `out`, which must be of the key's type. False, with a line on
+    /// `std::cerr` and `out` untouched, when there is no such key. For a special key `T` is the type of the
+    /// pointer: `out` is null when the key never got a value, and the object stays the store's.
+    template <class T>
+    bool get_param(const std::string& name, T& out) const;
+
+protected:
+    using parameter = zorv::parameter;
+
+    /// Declares every key of the catalogue. On a store that holds them already it only reports the duplicates.
+    virtual void initialise();
+
+    /// Reads the stream to its end as a configuration file, and closes it. Throws `exception_l` for a line
+    /// without "=" that is no comment and for one with several; lines are counted from 0.
+    void configure(std::ifstream& in);
+
+    /// The second half of the keys, and what no key claims: sets the key `name`, the record at `index`, from
+    /// text. Keys of the first half, which `set_param` looks at itself, are unknown here.
+    void set_param2(std::string name, std::string value, int index);
+
+    /// Declares one key. A name that is there already is reported on `std::cerr`, and the first declaration
+    /// stays. A derived class that declares special keys must release their objects and cells (each cell is a
+    /// `new void*`) in its own destructor, and take their records out of `parameters` if the warning of the base
+    /// destructor is not wanted.
+    template <class T>
+    void add_param(const std::string& name, T default_value, int kind);
+
+    /// In the order of declaration. Names are unique.
+    std::vector<parameter> parameters;
+
+private:
+    struct undeclared {};
+    explicit configuration(undeclared);
+    /// Copying is closed to hosts; a copy would be an empty store.
+    configuration(const configuration&);
+    configuration& operator=(const configuration&);
+
+    template <class Cell, class T>
+    static std::unique_ptr<Cell> make_cell(T& value);
+    template <class Cell>
+    void append(std::string name, std::unique_ptr<Cell> cell, int kind);
+
+    const void* find_value(const std::string& name) const;
+    bool reject_duplicate(const std::string& name) const;
+    std::size_t position_of(const std::string& name) const;
+    void read_file(const std::string& path);
+    void import_file(const std::string& path);
+    void set_second_half(const std::string& name, const std::string& value, int index);
+    void clear_param(parameter& record);
+};
+
+template <class T>
+bool configuration::get_param(const std::string& name, T& out) const {
+    const void* value = find_value(name);
+    if (!value) {
+        return false;
+    }
+    if constexpr (std::is_pointer_v<T>) {
+        out = static_cast<T>(*static_cast<void* const*>(value));
+    } else {
+        out = *static_cast<const T*>(value);
+    }
+    return true;
+}
+
+template <class T>
+void configuration::add_param(const std::string& name, T default_value, int kind) {
+    if (reject_duplicate(name)) {
+        return;
+    }
+    switch (kind) {
+        case param_int:
+            return append(name, make_cell<int>(default_value), kind);
+        case param_double:
+            return append(name, make_cell<double>(default_value), kind);
+        case param_bool:
+            return append(name, make_cell<bool>(default_value), kind);
+        case param_string:
+            return append(name, make_cell<std::string>(default_value), kind);
+        default:
+            return append(name, make_cell<void*>(default_value), param_special);
+    }
+}
+
+/// The kind decides about the cell's type, since the destructor goes by it; a default that does not convert to
+/// that type, as a null constant for a pointer, leaves the cell empty.
+template <class Cell, class T>
+std::unique_ptr<Cell> configuration::make_cell(T& value) {
+    if constexpr (std::is_convertible_v<T, Cell> && !std::is_null_pointer_v<T>) {
+        return std::make_unique<Cell>(static_cast<Cell>(std::move(value)));
+    } else {
+        return std::make_unique<Cell>();
+    }
+}
+
+template <class Cell>
+void configuration::append(std::string name, std::unique_ptr<Cell> cell, int kind) {
+    parameters.push_back({std::move(name), cell.get(), kind});
+    cell.release();
+}
+
+}  // namespace zorv

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string>
+
+namespace zorv {
+
+/// A stretch of one video frame that stands for one training sample: the box from (x1, y1) to (x2, y2), in
+/// pixels, of frame `frame` of the file `location`. A frame of -1 means that no single frame is meant.
+struct sample {
+    std::string location;
+    int frame = 0;
+    int x1 = 0;
+    int x2 = 0;
+    int y1 = 0;
+    int y2 = 0;
+};
+
+}  // namespace zorv

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <ostream>
+#include <vector>
+
+#include "zorv_tools/core/exception_l.h"
+#include "zorv_tools/core/export.h"
+
+namespace zorv {
+
+/// A position in space, or a position in an image with its disparity (u, v, disparity), with three associated
+/// values. Three further fields have no operation of their own; they are only carried along.
+class ZORV_TOOLS_EXPORT Three_d_point {
+public:
+    Three_d_point() = default;
+    Three_d_point(double x_value, double y_value, double z_value, int value0, int value1, int value2)
+        : x(x_value), y(y_value), z(z_value), extra0(value0), extra1(value1), extra2(value2) {}
+    Three_d_point(const Three_d_point&) = default;
+    virtual ~Three_d_point() = default;
+
+    Three_d_point& operator=(const Three_d_point&) = default;
+    /// Stores the entries in x, y, z and the three associated values, in that order. A shorter vector leaves the
+    /// later fields; a longer one throws `exception_l` after all six have been stored.
+    Three_d_point& operator=(const std::vector<double>& values);
+
+    /// Adds a vector of three entries to x, y and z. Any other size gives a line on the standard error stream and
+    /// leaves the point.
+    Three_d_point& operator+=(const std::vector<double>& offset);
+
+    /// x, y, z and the associated values by index 0 to 5; throws `exception_l` for any other index.
+    double& operator[](int index) {
+        if (index < 0 || index > 5) {
+            throw_bad_index(ZORV_HERE, index);
+        }
+        return this->*field(index);
+    }
+    double operator[](int index) const {
+        if (index < 0 || index > 5) {
+            throw_bad_index(ZORV_HERE, index);
+        }
+        return this->*field(index);
+    }
+
+    /// Dot product with a vector of three entries. Any other size gives a line on the standard error stream and
+    /// the result -1.0, which a true result may be too.
+    double dot_product(const std::vector<double>& other) const;
+
+    double x = 0;
+    double y = 0;
+    double z = 0;
+    double extra0 = 0;
+    double extra1 = 0;
+    double extra2 = 0;
+    double reserved0 = 0;
+    double reserved1 = 0;
+    double reserved2 = 0;
+
+private:
+    static double Three_d_point::*field(int index) {
+        constexpr double Three_d_point::*fields[] = {&Three_d_point::x,      &Three_d_point::y,
+                                                     &Three_d_point::z,      &Three_d_point::extra0,
+                                                     &Three_d_point::extra1, &Three_d_point::extra2};
+        return fields[index];
+    }
+    [[noreturn]] static void throw_bad_index(const code_location& caller, int index);
+};
+
+/// Writes "x,y,z" and, unless the associated values are all 0, these in reverse order behind it. No line end.
+ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const Three_d_point& point);
+
+}  // namespace zorv

@@ -1,0 +1,63 @@
+#pragma once
+
+/// @file
+/// Timed texts with a confidence, and the text form of a track of them.
+///
+/// A track is a stream of blocks of three lines, one behind the other:
+///
+///     12
+///     00:01:02,500 --> 00:01:04,000
+///     [0.9] the words of the text
+///
+/// The reader takes any white space between the number, the times and the arrow, and in front of the confidence.
+/// There is no quiet end of a track: a host skips white space and tests for the end of the stream before it reads a
+/// block.
+
+#include <istream>
+#include <ostream>
+#include <string>
+
+#include "zorv_tools/core/export.h"
+#include "zorv_tools/subtitle/Timestamp.h"
+
+namespace zorv {
+
+class ZORV_TOOLS_EXPORT Subtitle {
+public:
+    Subtitle() = default;
+    /// @param frames_per_second not checked
+    explicit Subtitle(double frames_per_second);
+    Subtitle(const Subtitle& other) = default;
+    Subtitle& operator=(const Subtitle& other) = default;
+    virtual ~Subtitle() = default;
+
+    /// The frames at which the text comes up and goes, truncated toward zero.
+    int start_frame() const;
+    int end_frame() const;
+
+    /// Place in the sequence.
+    int number = 0;
+    /// Frames a second of the video; not part of the text form.
+    double frame_rate = 23.976;
+    /// How sure the producer of the text was; any number. Written with one decimal.
+    float confidence = 0;
+    /// A single line.
+    std::string text;
+    Timestamp start;
+    Timestamp end;
+};
+
+/// Reads one block into all fields but the frame rate. The text is all that follows the confidence on its line, with
+/// the blank that the writer put there: each cycle of writing and reading adds one.
+///
+/// Throws `exception_l` where something else stands than should; what has been read is then consumed, and the fields
+/// before it are set. A block that ends with its confidence at the very end of the stream leaves the text as it was
+/// and the stream failed.
+ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, Subtitle& subtitle);
+
+/// Writes one block and flushes the stream after each of its lines. The stream stays set to fixed notation with one
+/// decimal. Throws `exception_l` where the stream is not good, before anything is written, or where a time cannot be
+/// written, after what stands in front of it.
+ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const Subtitle& subtitle);
+
+}  // namespace zorv
