@@ -23,6 +23,8 @@
 #include "zorv_tools/geometry/Camera.h"
 #include "zorv_tools/geometry/Three_d_point.h"
 #include "zorv_tools/image/IplImage_overloads.h"
+#include "zorv_tools/image/Opencv_io.h"
+#include "zorv_tools/image/image_utils.h"
 #include "zorv_tools/image/colour_codes.h"
 #include "zorv_tools/net/Socket.h"
 #include "zorv_tools/net/socket_transmission.h"

@@ -1,0 +1,133 @@
+#include <gmock/gmock.h>
+
+#include <array>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <opencv2/highgui.hpp>
+#include <sstream>
+#include <string>
+#include <thread>
+
+#include "tests/image/images.h"
+#include "zorv_tools/image/image_utils.h"
+
+namespace zorv {
+namespace {
+
+std::string output_of(const std::string& command) {
+    std::string output;
+    FILE* const pipe = popen((command + " 2>/dev/null").c_str(), "r");
+    if (!pipe) {
+        return output;
+    }
+    std::array<char, 256> part{};
+    while (std::fgets(part.data(), static_cast<int>(part.size()), pipe)) {
+        output += part.data();
+    }
+    pclose(pipe);
+    return output;
+}
+
+/// The number by which the X server knows the window with that title; empty if there is none on the screen.
+std::string find_window(const std::string& title) {
+    std::istringstream ids(output_of("xdotool search --onlyvisible --name '^" + title + "$'"));
+    std::string id;
+    ids >> id;
+    return id;
+}
+
+std::string wait_for_window(const std::string& title) {
+    std::string id;
+    for (int i = 0; i < 200 && id.empty(); ++i) {
+        id = find_window(title);
+        std::this_thread::sleep_for(std::chrono::milliseconds(25));
+    }
+    return id;
+}
+
+/// Lets the toolkit act on what was asked of it, which some do only while keys are waited for.
+bool gone(const std::string& title) {
+    for (int i = 0; i < 200 && !find_window(title).empty(); ++i) {
+        cv::waitKey(10);
+    }
+    return find_window(title).empty();
+}
+
+class Display : public testing::Test {
+protected:
+    void SetUp() override {
+        if (!std::getenv("DISPLAY")) {
+            GTEST_SKIP() << "there is no display";
+        }
+        ASSERT_NE(output_of("xdotool version"), "") << "xdotool is needed";
+    }
+};
+
+/// Presses a key in the window once it is there.
+class key_presser {
+public:
+    explicit key_presser(const std::string& title)
+        : thread_([this, title] {
+              const std::string id = wait_for_window(title);
+              if (id.empty()) {
+                  std::fputs("no window to press a key in\n", stderr);
+                  std::abort();  // the caller waits for a key that nobody will press
+              }
+              output_of("xdotool mousemove --window " + id + " 20 20");
+              pressing_ = std::chrono::steady_clock::now();
+              output_of("xdotool key --delay 50 space");
+          }) {}
+    ~key_presser() { join(); }
+    void join() {
+        if (thread_.joinable()) {
+            thread_.join();
+        }
+    }
+
+    std::chrono::steady_clock::time_point pressing() const { return pressing_; }
+
+private:
+    std::chrono::steady_clock::time_point pressing_;
+    std::thread thread_;
+};
+
+TEST_F(Display, ImagescShowsTheImageAndDoesNotWait) {
+    cv::Mat image(150, 320, CV_8UC3);
+    cv::randu(image, cv::Scalar::all(0), cv::Scalar::all(255));
+    imagesc("zorv imagesc", image);
+    for (int i = 0; i < 100 && find_window("zorv imagesc").empty(); ++i) {
+        cv::waitKey(10);
+    }
+    EXPECT_NE(find_window("zorv imagesc"), "");
+    cv::destroyWindow("zorv imagesc");
+    EXPECT_TRUE(gone("zorv imagesc"));
+}
+
+TEST_F(Display, CheckImageWaitsForAKeyAndClosesItsWindow) {
+    cv::Mat image(150, 320, CV_8UC3);
+    cv::randu(image, cv::Scalar::all(0), cv::Scalar::all(255));
+    IplImage header = cvIplImage(image);
+    for (const bool old_type : {false, true}) {
+        SCOPED_TRACE(old_type);
+        key_presser keys("Image check");
+        if (old_type) {
+            check_image(&header);
+        } else {
+            check_image(image);
+        }
+        const auto returned = std::chrono::steady_clock::now();
+        keys.join();
+        EXPECT_GT(returned, keys.pressing());
+        EXPECT_TRUE(gone("Image check"));
+    }
+}
+
+TEST_F(Display, AnImageThatCannotBeShownLeavesNoWindow) {
+    cv::Mat empty;
+    EXPECT_THROW(check_image(empty), cv::Exception);
+    EXPECT_TRUE(gone("Image check"));
+}
+
+}  // namespace
+}  // namespace zorv

@@ -1,0 +1,279 @@
+#include <gmock/gmock.h>
+
+#include <cmath>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "tests/support/report.h"
+#include "tests/support/stream_capture.h"
+#include "zorv_tools/core/exception_l.h"
+#include "zorv_tools/image/image_utils.h"
+
+namespace zorv {
+namespace {
+
+cv::Mat filled(int width, int height, int value) {
+    return cv::Mat(height, width, CV_8UC3, cv::Scalar(value, 1, 2));
+}
+
+/// The rectangle that pixels of `value` fill; empty if they do not fill one.
+cv::Rect place_of(const cv::Mat& picture, int value) {
+    cv::Mat marks;
+    cv::inRange(picture, cv::Scalar(value, 1, 2), cv::Scalar(value, 1, 2), marks);
+    const cv::Rect place = cv::boundingRect(marks);
+    return cv::countNonZero(marks) == place.area() ? place : cv::Rect();
+}
+
+bool black_elsewhere(const cv::Mat& picture, int images_area) {
+    return cv::countNonZero(picture.reshape(1)) == 3 * images_area;
+}
+
+bool same(const cv::Mat& first, const cv::Mat& second) {
+    return first.size() == second.size() && first.type() == second.type() &&
+           (first.empty() || cv::norm(first, second, cv::NORM_INF) == 0.0);
+}
+
+using join_function = const cv::Mat (*)(const cv::Mat&, const cv::Mat&, bool, bool);
+
+TEST(JoinImages, PutsEachImageInItsPlace) {
+    struct {
+        join_function join;
+        cv::Size first, second;
+        bool centre, fit;
+        cv::Size whole;
+        cv::Rect first_place, second_place;
+    } const cases[] = {
+        {join_images_on_top, {10, 4}, {20, 6}, true, false, {20, 10}, {5, 0, 10, 4}, {0, 4, 20, 6}},
+        {join_images_on_top, {10, 4}, {20, 6}, false, false, {20, 10}, {0, 0, 10, 4}, {0, 4, 20, 6}},
+        {join_images_on_top, {20, 4}, {15, 6}, true, false, {20, 10}, {0, 0, 20, 4}, {2, 4, 15, 6}},
+        {join_images_on_top, {10, 4}, {20, 6}, true, true, {20, 15}, {5, 2, 10, 4}, {0, 6, 20, 6}},
+        {join_images_side_by_side, {4, 10}, {6, 25}, true, false, {10, 25}, {0, 7, 4, 10}, {4, 0, 6, 25}},
+        {join_images_side_by_side, {4, 10}, {6, 25}, false, false, {10, 25}, {0, 0, 4, 10}, {4, 0, 6, 25}},
+        {join_images_side_by_side, {4, 10}, {6, 25}, false, true, {33, 25}, {11, 0, 4, 10}, {15, 0, 6, 25}},
+        // 200 by 150 beside 266 by 200: side by side
+        {join_images,
+         {100, 100},
+         {100, 100},
+         false,
+         true,
+         {200, 150},
+         {0, 25, 100, 100},
+         {100, 25, 100, 100}},
+        // both layouts fill 40 by 30: on top
+        {join_images, {40, 15}, {40, 15}, true, false, {40, 30}, {0, 0, 40, 15}, {0, 15, 40, 15}},
+        {join_images, {20, 30}, {20, 30}, true, false, {40, 30}, {0, 0, 20, 30}, {20, 0, 20, 30}},
+        {join_images, {28, 21}, {0, 0}, true, false, {28, 21}, {0, 0, 28, 21}, {}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.first << " " << c.second << " " << c.centre << c.fit);
+        const cv::Mat picture = c.join(filled(c.first.width, c.first.height, 100),
+                                       filled(c.second.width, c.second.height, 200), c.centre, c.fit);
+        EXPECT_EQ(picture.type(), CV_8UC3);
+        EXPECT_EQ(picture.size(), c.whole);
+        EXPECT_EQ(place_of(picture, 100), c.first_place);
+        EXPECT_EQ(place_of(picture, 200), c.second_place);
+        EXPECT_TRUE(black_elsewhere(picture, c.first.area() + c.second.area()));
+    }
+}
+
+TEST(JoinImages, LeavesThePlaceOfAnotherTypeBlack) {
+    const cv::Mat grey(20, 10, CV_8UC1, cv::Scalar(255));
+    const cv::Mat picture = join_images_side_by_side(grey, filled(10, 20, 100), true, false);
+    EXPECT_EQ(place_of(picture, 100), cv::Rect(10, 0, 10, 20));
+    EXPECT_TRUE(black_elsewhere(picture, 200));
+}
+
+TEST(JoinImages, TakesSubMatricesAndNeverTheInputsBuffer) {
+    cv::Mat frame(30, 30, CV_8UC3, cv::Scalar(9, 9, 9));
+    cv::Mat part = frame(cv::Rect(5, 6, 10, 10));
+    part = cv::Scalar(100, 1, 2);
+    const cv::Mat picture = join_images_on_top(part, cv::Mat(), true, false);
+    EXPECT_EQ(place_of(picture, 100), cv::Rect(0, 0, 10, 10));
+    EXPECT_NE(picture.data, part.data);
+}
+
+/// The grid as it is told: pictures joined one by one.
+cv::Mat joined_by_rows(const std::vector<cv::Mat>& images, std::size_t columns, bool centre) {
+    cv::Mat result;
+    for (std::size_t start = 0; start < images.size(); start += columns) {
+        cv::Mat row;
+        for (std::size_t i = start; i < std::min(start + columns, images.size()); ++i) {
+            row = join_images_side_by_side(row, images[i], centre, false);
+        }
+        result = join_images_on_top(result, row, centre, false);
+    }
+    return result;
+}
+
+cv::Mat joined_in_rounds(std::vector<cv::Mat> images, bool fit) {
+    while (images.size() > 1) {
+        std::vector<cv::Mat> next((images.size() + 1) / 2);
+        for (std::size_t i = 0; i < images.size(); i += 2) {
+            next[i / 2] = i + 1 < images.size()
+                              ? join_images(images[i], images[i + 1], true, images.size() == 2 && fit)
+                              : images[i];
+        }
+        images = next;
+    }
+    return images[0];
+}
+
+TEST(JoinImages, ListsAreJoinedAsIfOneByOne) {
+    std::mt19937 random(1);
+    std::uniform_int_distribution<int> side(0, 40);
+    for (int count = 2; count < 20; ++count) {
+        SCOPED_TRACE(count);
+        std::vector<cv::Mat> images;
+        for (int i = 0; i < count; ++i) {
+            images.push_back(i == 11 ? cv::Mat(side(random), side(random), CV_32FC1, cv::Scalar(1))
+                                     : filled(side(random) + 1, side(random) + 1, 10 + i));
+        }
+        const bool centre = count % 2 == 0;
+        EXPECT_TRUE(same(join_images_unordered(images, !centre, !centre), joined_in_rounds(images, !centre)));
+        const cv::Mat grid = join_images_ordered(images, centre, false);
+        bool found = false;
+        for (std::size_t columns = 1; columns < images.size(); ++columns) {
+            found = found || same(grid, joined_by_rows(images, columns, centre));
+        }
+        EXPECT_TRUE(found);
+    }
+}
+
+TEST(JoinImagesOrdered, ChoosesTheGridClosestTo4By3) {
+    struct {
+        std::vector<cv::Size> sizes;
+        cv::Size whole;
+        cv::Rect last_place;
+    } const cases[] = {
+        {std::vector<cv::Size>(4, {100, 100}), {300, 200}, {100, 100, 100, 100}},
+        {std::vector<cv::Size>(16, {40, 30}), {160, 120}, {120, 90, 40, 30}},
+        // two images can only lie on top of each other
+        {std::vector<cv::Size>(2, {10, 10}), {10, 20}, {0, 10, 10, 10}},
+        // a grid of five columns is not tried, however close
+        {std::vector<cv::Size>(5, {20, 75}), {80, 150}, {30, 75, 20, 75}},
+        // one column is 30 by 31 and two are 50 by 21
+        {{{30, 10}, {20, 20}, {30, 1}}, {30, 31}, {0, 30, 30, 1}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.sizes.size());
+        std::vector<cv::Mat> images;
+        for (std::size_t i = 0; i < c.sizes.size(); ++i) {
+            images.push_back(filled(c.sizes[i].width, c.sizes[i].height, static_cast<int>(100 + i)));
+        }
+        const cv::Mat picture = join_images_ordered(images, true, false);
+        EXPECT_EQ(picture.size(), c.whole);
+        EXPECT_EQ(place_of(picture, static_cast<int>(99 + images.size())), c.last_place);
+    }
+    const cv::Mat fitted = join_images_ordered(std::vector<cv::Mat>(4, filled(100, 100, 100)), false, true);
+    EXPECT_EQ(fitted.size(), cv::Size(300, 225));
+    EXPECT_TRUE(black_elsewhere(fitted, 40000));
+}
+
+TEST(JoinImagesOrdered, HasNoGridForFewerThanTwoImagesOrForFlatOnes) {
+    EXPECT_TRUE(join_images_ordered({}, true, false).empty());
+    EXPECT_TRUE(join_images_ordered({filled(10, 10, 100)}, true, false).empty());
+    EXPECT_TRUE(join_images_ordered(std::vector<cv::Mat>(3, cv::Mat(0, 5, CV_8UC3)), true, false).empty());
+}
+
+TEST(JoinImagesUnordered, GivesBackASingleImageAsItIs) {
+    const cv::Mat image(7, 5, CV_32FC1, cv::Scalar(3));
+    const cv::Mat joined = join_images_unordered({image}, true, true);
+    EXPECT_EQ(joined.data, image.data);
+    EXPECT_EQ(joined.type(), CV_32FC1);
+}
+
+/// Depth and report of what `action` throws.
+std::pair<int, std::string> report_of(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const exception_l& e) {
+        return {e.depth(), e.what()};
+    }
+    return {-1, ""};
+}
+
+TEST(JoinImages, EachJoinAddsItsFrameToAFailure) {
+    const int sizes[] = {2, 2, 2};
+    const cv::Mat solid(3, sizes, CV_8UC3);  // has neither rows nor columns to join by
+    const cv::Mat plain = filled(10, 10, 100);
+    const cv::Mat wide(1, 2000000000, CV_8UC1, plain.data);
+    struct {
+        std::function<void()> action;
+        int depth;
+        std::vector<std::string> functions;
+    } const cases[] = {
+        {[&] { join_images_on_top(plain, solid, false, false); }, 0, {"join_images_on_top"}},
+        {[&] { join_images_side_by_side(wide, wide, false, false); }, 0, {"join_images_side_by_side"}},
+        {[&] { join_images_side_by_side(cv::Mat(), cv::Mat(), false, true); },
+         0,
+         {"join_images_side_by_side"}},
+        {[&] { join_images(solid, plain, false, false); }, 1, {"join_images(", "join_images_"}},
+        {[&] {
+             join_images_unordered({plain, solid, plain}, false, false);
+         },
+         2,
+         {"join_images_unordered", "join_images(", "join_images_"}},
+        {[&] {
+             join_images_ordered({plain, solid}, true, false);
+         },
+         1,
+         {"join_images_ordered", "join_images_side_by_side"}},
+        {[&] { join_images_ordered({plain}, true, true); }, 0, {"join_images_ordered"}},
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.functions[0]);
+        const auto [depth, report] = report_of(c.action);
+        EXPECT_EQ(depth, c.depth);
+        std::istringstream lines(report);
+        for (std::size_t frame = 0; frame < c.functions.size(); ++frame) {
+            const std::string indent(c.functions.size() - 1 - frame, '\t');
+            std::string file, function, details;
+            std::getline(lines, file);
+            std::getline(lines, function);
+            std::getline(lines, details);
+            EXPECT_THAT(file, testing::HasSubstr("image_utils"));
+            EXPECT_THAT(file, testing::StartsWith(indent));
+            EXPECT_THAT(function, testing::HasSubstr(c.functions[frame]));
+            EXPECT_EQ(details, indent + "Details: ");
+        }
+        std::string cause;
+        EXPECT_TRUE(std::getline(lines, cause));
+        EXPECT_THAT(cause, testing::HasSubstr("OpenCV"));
+    }
+}
+
+TEST(ImageTitle, IsDrawnAtTheTopMiddleInItsColour) {
+    int baseline = 0;
+    const cv::Size text = cv::getTextSize("Left", cv::FONT_HERSHEY_PLAIN, 1.0, 1, &baseline);
+    cv::Mat image(60, 101, CV_8UC3, cv::Scalar(0, 0, 0));
+    stream_capture errors(std::cerr);
+    image_title(image, "Left", cv::FONT_HERSHEY_PLAIN, 1.0, cv::Scalar(10, 20, 30));
+    EXPECT_EQ(errors.text(), "");
+    cv::Mat marks;
+    cv::inRange(image, cv::Scalar(10, 20, 30), cv::Scalar(10, 20, 30), marks);
+    const cv::Rect drawn = cv::boundingRect(marks);
+    EXPECT_EQ(cv::countNonZero(image.reshape(1)), 3 * cv::countNonZero(marks));
+    EXPECT_NEAR(drawn.x + drawn.width / 2.0, 50.0, 3.0);
+    EXPECT_NEAR(drawn.br().y, text.height + 10, 2.0);
+    EXPECT_NEAR(drawn.y, 10, 2.0);
+}
+
+TEST(ImageTitle, WarnsOfATitleThatDoesNotFitAndDrawsIt) {
+    int baseline = 0;
+    const cv::Size text = cv::getTextSize("A long title", cv::FONT_HERSHEY_PLAIN, 1.0, 1, &baseline);
+    for (const cv::Size& size : {cv::Size(text.width, 50), cv::Size(text.width + 1, text.height)}) {
+        cv::Mat image(size, CV_8UC1, cv::Scalar(0));
+        stream_capture errors(std::cerr);
+        image_title(image, "A long title", cv::FONT_HERSHEY_PLAIN, 1.0, cv::Scalar(255));
+        std::ostringstream expected;
+        expected << "Warning: in image_utils::image_title() : title has size of (" << text.width << ","
+                 << text.height << ") but image only has size of (" << size.width << "," << size.height
+                 << ")\n";
+        EXPECT_EQ(errors.text(), expected.str());
+        EXPECT_GT(cv::countNonZero(image), 0);
+    }
+}
+
+}  // namespace
+}  // namespace zorv

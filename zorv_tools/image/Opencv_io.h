@@ -1,0 +1,41 @@
+#pragma once
+
+/// @file
+/// Text forms of OpenCV's sizes, rectangles and image headers.
+///
+/// `cv::Rect` is "(x,y,width,height)", `cv::Size` "(width,height)" and the header of an `IplImage`
+/// "(width,height,depth,channels)", the depth as a signed number. `CvRect` is written as `cv::Rect` with a blank
+/// in front and one behind.
+///
+/// The readers of these types check the text and set the fields to 0; they do not deliver its numbers. Each
+/// reads four fields and stops behind the fourth separator, so that of a size goes on reading behind its ")".
+/// A character that does not belong throws `std::logic_error`; a stream that ends early ends the reader, and the
+/// fields not reached keep their values.
+///
+/// OpenCV has writers of its own for some of these types in its namespace: within `zorv`, or with its operators
+/// brought in by `using`, those of this header are chosen.
+
+#include <istream>
+#include <ostream>
+
+#include "zorv_tools/core/export.h"
+#include "zorv_tools/core/opencv_c.h"
+
+namespace zorv {
+
+ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const CvRect& rect);
+ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const IplImage& image);
+ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const cv::Rect_<int>& rect);
+ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const cv::Size_<int>& size);
+
+ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, CvRect& rect);
+ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, IplImage& image);
+ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, cv::Rect_<int>& rect);
+ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, cv::Size_<int>& size);
+
+/// Reads rows, columns and then all values in row-major order, separated by white space, into a matrix that must
+/// be `CV_64FC1` (else `exception_l`) and not empty; it is resized. Values that the stream does not hold stay
+/// what the resizing made of them.
+ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, cv::Mat& matrix);
+
+}  // namespace zorv
