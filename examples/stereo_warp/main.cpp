@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <vector>
 
-#include "examples/stereo_warp/pictures.h"
+#include "examples/support/pictures.h"
 #include "examples/stereo_warp/quality.h"
 #include "examples/stereo_warp/warp.h"
 #include "examples/support/options.h"
