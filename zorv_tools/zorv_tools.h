@@ -18,6 +18,8 @@
 #include "zorv_tools/core/tensor.h"
 #include "zorv_tools/core/text.h"
 #include "zorv_tools/core/truncate.h"
+#include "zorv_tools/geometry/Transform_estimator.h"
+#include "zorv_tools/geometry/opengv_wrapper.h"
 #include "zorv_tools/geometry/Camera.h"
 #include "zorv_tools/geometry/Three_d_point.h"
 #include "zorv_tools/image/IplImage_overloads.h"
