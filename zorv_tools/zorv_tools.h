@@ -12,6 +12,7 @@
 #include "zorv_tools/core/matrix.h"
 #include "zorv_tools/core/near.h"
 #include "zorv_tools/core/opencv_c.h"
+#include "zorv_tools/core/pair_comparison.h"
 #include "zorv_tools/core/rotation.h"
 #include "zorv_tools/core/sample.h"
 #include "zorv_tools/core/std_vector_overloads.h"
