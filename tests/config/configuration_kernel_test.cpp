@@ -1,9 +1,9 @@
 #include <gtest/gtest.h>
 
+#include <stdexcept>
+
 #include "tests/config/store_access.h"
 #include "zorv_tools/core/opencv_c.h"
-
-#include <stdexcept>
 
 using std::string;
 using zorv::configuration;

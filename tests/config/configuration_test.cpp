@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <fstream>
+#include <iterator>
 #include <map>
 #include <stdexcept>
 #include <type_traits>
@@ -48,6 +50,14 @@ TEST(Configuration, StartsWithTheDefaults) {
     EXPECT_EQ(value_of<int>(store, "classes"), -1);
     EXPECT_EQ(value_of<double>(store, "image_impulse_noise_level"), 0.01);
     EXPECT_EQ(value_of<double>(store, "ratio"), -1.0);
+}
+
+TEST(Configuration, EveryKeyIsInTheManual) {
+    std::ifstream in(ZORV_TEST_SOURCE_ROOT "/docs/configuration.md");
+    const string manual((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    for (const auto& record : open_store().parameters) {
+        EXPECT_NE(manual.find("`" + record.name + "`"), string::npos) << record.name;
+    }
 }
 
 TEST(Configuration, GetParamReportsUnknownKeysAndLeavesTheOutput) {

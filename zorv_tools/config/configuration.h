@@ -17,7 +17,7 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <fstream>
+#include <iosfwd>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -163,7 +163,7 @@ std::unique_ptr<Cell> configuration::make_cell(T& value) {
 template <class Cell>
 void configuration::append(std::string name, std::unique_ptr<Cell> cell, int kind) {
     parameters.push_back({std::move(name), cell.get(), kind});
-    cell.release();
+    static_cast<void>(cell.release());  // the record owns it now
 }
 
 }  // namespace zorv

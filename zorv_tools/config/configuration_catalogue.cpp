@@ -5,6 +5,7 @@
 #include <string_view>
 #include <utility>
 #include <vector>
+
 #include "zorv_tools/config/internal/configuration_checks.h"
 #include "zorv_tools/config/internal/configuration_structured.h"
 

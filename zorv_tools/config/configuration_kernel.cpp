@@ -1,4 +1,3 @@
-#include <iostream>
 #include <limits>
 
 #include "zorv_tools/config/internal/configuration_fields.h"
@@ -10,14 +9,6 @@ namespace zorv::internal {
 namespace {
 
 enum kernel_field : std::size_t { cols, rows, anchor_x, anchor_y, shape, iterations, first_value };
-
-/// Writes the sentence and the number unless the number is in order.
-bool accept(bool in_order, const char* sentence, int number) {
-    if (!in_order) {
-        std::cerr << sentence << number << std::endl;
-    }
-    return in_order;
-}
 
 bool accept_geometry(const std::vector<int>& numbers) {
     const int kind = numbers[shape];

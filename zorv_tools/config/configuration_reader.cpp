@@ -1,4 +1,5 @@
 #include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <string_view>
 #include <system_error>
@@ -96,13 +97,14 @@ void configuration::set_param(const std::string& name, const std::string& value)
     if (begins_with(name, "//")) {
         return;
     }
-    std::size_t position = position_of(name);
+    const std::size_t position = position_of(name);
     if (name == "import") {
         import_file(value);
         return;
     }
     if (position == parameters.size() && begins_with(name, "__")) {
-        append(name.c_str(), std::make_unique<std::string>(), param_string);
+        // Up to its first NUL, as names are looked for.
+        append(std::string(name.c_str()), std::make_unique<std::string>(), param_string);
     }
     const int index = static_cast<int>(position);
     const internal::key_row* const row = internal::find_key(name);

@@ -12,15 +12,6 @@ namespace zorv::internal {
 
 namespace {
 
-/// Writes the sentence and what was given unless that is in order.
-template <class T>
-bool accept(bool in_order, const char* sentence, const T& given) {
-    if (!in_order) {
-        std::cerr << sentence << given << std::endl;
-    }
-    return in_order;
-}
-
 bool in_range(int number, int smallest, int largest) {
     return number >= smallest && number <= largest;
 }

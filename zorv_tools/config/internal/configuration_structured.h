@@ -3,6 +3,8 @@
 /// @file
 /// Setters and releasers of the special keys. A setter serves all keys that share its format.
 
+#include <iostream>
+
 #include "zorv_tools/config/internal/configuration_key.h"
 
 namespace zorv::internal {
@@ -49,5 +51,14 @@ void release_kernel(void* object);
 
 /// Warns that the value has not the form of its key: `sentence` tells the form.
 void warn_format(const char* sentence, const setting& line);
+
+/// Writes the sentence and what was given unless that is in order.
+template <class T>
+bool accept(bool in_order, const char* sentence, const T& given) {
+    if (!in_order) {
+        std::cerr << sentence << given << std::endl;
+    }
+    return in_order;
+}
 
 }  // namespace zorv::internal
