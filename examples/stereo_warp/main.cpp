@@ -4,14 +4,16 @@
 #include <chrono>
 #include <filesystem>
 #include <iostream>
+#include <sstream>
 #include <stdexcept>
 #include <vector>
 
-#include "examples/stereo_warp/pictures.h"
 #include "examples/stereo_warp/quality.h"
 #include "examples/stereo_warp/warp.h"
 #include "examples/support/options.h"
+#include "examples/support/pictures.h"
 #include "examples/support/progress.h"
+#include "examples/support/sheet.h"
 #include "zorv_tools/config/configuration.h"
 #include "zorv_tools/image/IplImage_overloads.h"
 
@@ -55,6 +57,19 @@ std::vector<zorv::Camera> read_rig(const std::string& path, const cv::Mat& left)
     return cameras;
 }
 
+cv::Mat draw_sheet(const cv::Mat& left, const cv::Mat& right, const cv::Mat& disparities,
+                   const painted_view& view, const std::string& summary) {
+    constexpr int width = 520;
+    double largest = 0.0;
+    cv::minMaxLoc(disparities, nullptr, &largest);
+    return contact_sheet("The left view painted out of the right photograph" + summary,
+                         {panel(left, "Left photograph", width), panel(right, "Right photograph", width),
+                          panel(as_heat(disparities, largest), "Disparities of the left", width),
+                          panel(view.picture, "Painted", width),
+                          panel(absolute_difference(view.picture, left, view.landed), "Difference", width),
+                          panel(view.landed, "Pixels that landed", width)});
+}
+
 int warp(const options& given) {
     for (const char* name : {"config", "left", "right", "disparity"}) {
         if (!given.given(name)) {
@@ -85,8 +100,11 @@ int warp(const options& given) {
     const int landed = cv::countNonZero(view.landed);
     std::cout << "landed: " << landed << " of " << left.total() << " pixels ("
               << 100.0 * landed / static_cast<double>(left.total()) << " %)\n";
+    std::ostringstream summary;
     if (landed > 0) {
-        std::cout << "peak signal-to-noise ratio: " << peak_signal_to_noise(view.picture, left, view.landed)
+        const double ratio = peak_signal_to_noise(view.picture, left, view.landed);
+        summary << ": " << ratio << " dB";
+        std::cout << "peak signal-to-noise ratio: " << ratio
                   << " dB (the right photograph as it is: " << peak_signal_to_noise(right, left, view.landed)
                   << " dB)\n";
     }
@@ -95,7 +113,8 @@ int warp(const options& given) {
     write_picture(folder, "painted.png", view.picture);
     write_picture(folder, "difference.png", absolute_difference(view.picture, left, view.landed));
     write_picture(folder, "mask.png", view.landed);
-    std::cout << "written: painted.png, difference.png and mask.png in " << folder << std::endl;
+    write_picture(folder, "sheet.png", draw_sheet(left, right, disparities, view, summary.str()));
+    std::cout << "written: painted.png, difference.png, mask.png and sheet.png in " << folder << std::endl;
     return 0;
 }
 
@@ -113,7 +132,7 @@ int main(int argc, char** argv) {
              {"disparity", "FILE", "disparity map of the left photograph, 0 where unknown"},
              {"disparity-offset", "PIXELS", "what to add to the map's values", "0"},
              {"linear", "", "sample bilinearly instead of bicubically"},
-             {"out", "FOLDER", "where to write painted.png, difference.png and mask.png", "."}});
+             {"out", "FOLDER", "where to write painted.png, difference.png, mask.png and sheet.png", "."}});
         return given.parse(argc, argv) ? warp(given) : 0;
     });
 }

@@ -1,4 +1,4 @@
-#include "examples/stereo_warp/pictures.h"
+#include "examples/support/pictures.h"
 
 #include <filesystem>
 #include <fstream>
