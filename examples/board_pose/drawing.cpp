@@ -34,14 +34,11 @@ std::vector<cv::Point3d> cube_corners(const cv::Size& board, const cv::Point3d& 
 
 void draw_scene(cv::Mat& picture, const zorv::Camera& camera, const std::vector<cv::Point3d>& points,
                 const std::vector<cv::Point3d>& cube) {
-    const cv::Scalar green(80, 220, 80);
-    const cv::Scalar blue(255, 120, 0);
-    const cv::Scalar orange(0, 140, 255);
     cv::Point a;
     cv::Point b;
     for (const cv::Point3d& point : points) {
         if (see(camera, point, a)) {
-            cv::circle(picture, a, 4 << shift, green, 1, cv::LINE_AA, shift);
+            cv::circle(picture, a, 4 << shift, corner_colour, 1, cv::LINE_AA, shift);
         }
     }
     const auto draw_edge = [&](std::size_t from, std::size_t to, const cv::Scalar& colour) {
@@ -50,11 +47,10 @@ void draw_scene(cv::Mat& picture, const zorv::Camera& camera, const std::vector<
         }
     };
     for (std::size_t i = 0; i < 4; ++i) {
-        draw_edge(i, (i + 1) % 4, blue);
-        draw_edge(i, i + 4, blue);
+        draw_edge(i, (i + 1) % 4, cube_colour);
+        draw_edge(i, i + 4, cube_colour);
     }
-    // The top comes last and in a colour of its own, to show which way the cube stands.
     for (std::size_t i = 0; i < 4; ++i) {
-        draw_edge(4 + i, 4 + (i + 1) % 4, orange);
+        draw_edge(4 + i, 4 + (i + 1) % 4, top_colour);
     }
 }

@@ -8,6 +8,11 @@
 
 #include "zorv_tools/geometry/Camera.h"
 
+inline const cv::Scalar corner_colour(80, 220, 80);
+inline const cv::Scalar cube_colour(255, 120, 0);
+/// The top has a colour of its own, to show which way the cube stands.
+inline const cv::Scalar top_colour(0, 140, 255);
+
 /// The eight corners of a cube of two squares a side in the middle of the board, first the four on the board,
 /// then those above them. `above` is any point on the side of the board that the cube stands on.
 std::vector<cv::Point3d> cube_corners(const cv::Size& board, const cv::Point3d& above);

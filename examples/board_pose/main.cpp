@@ -6,17 +6,16 @@
 #include <iomanip>
 #include <iostream>
 #include <limits>
-#include <opencv2/imgproc.hpp>
 #include <stdexcept>
 
 #include "examples/board_pose/board.h"
 #include "examples/board_pose/drawing.h"
 #include "examples/board_pose/pose.h"
-#include "examples/stereo_warp/pictures.h"
 #include "examples/support/options.h"
+#include "examples/support/pictures.h"
 #include "examples/support/progress.h"
+#include "examples/support/sheet.h"
 #include "zorv_tools/geometry/Transform_estimator.h"
-#include "zorv_tools/image/image_utils.h"
 
 namespace {
 
@@ -148,7 +147,7 @@ int find_poses(const options& given) {
     const std::vector<cv::Point3d> world = board_corners(board);
     std::cout << "photograph     solutions  error (px): upnp  solvePnP  apart: degrees  squares\n"
               << std::fixed;
-    std::vector<cv::Mat> pictures;
+    std::vector<cv::Mat> panels;
     for (std::size_t i = 0; i < photographs.size(); ++i) {
         solved_photograph& p = photographs[i];
         std::cout << std::left << std::setw(15) << p.name << std::right << std::setw(9) << p.solutions
@@ -158,13 +157,17 @@ int find_poses(const options& given) {
                   << angle_between(p.by_upnp, p.by_solve_pnp) << std::setw(9)
                   << distance_between(p.by_upnp, p.by_solve_pnp) << "\n";
         draw_scene(p.seen.picture, cameras[i], world, cube_for(board, p.by_upnp));
-        zorv::image_title(p.seen.picture, p.name, cv::FONT_HERSHEY_SIMPLEX, 1.0, cv::Scalar(0, 255, 255));
         write_picture(folder, std::filesystem::path(p.name).stem().string() + ".png", p.seen.picture);
-        pictures.emplace_back();
-        cv::resize(p.seen.picture, pictures.back(), cv::Size(), 0.5, 0.5, cv::INTER_AREA);
+        panels.push_back(panel(p.seen.picture, p.name, 400));
     }
-    write_picture(folder, "sheet.png",
-                  pictures.size() == 1 ? pictures[0] : zorv::join_images_ordered(pictures, true, true));
+    // A grid of one is none.
+    write_picture(
+        folder, "sheet.png",
+        panels.size() == 1
+            ? panels[0]
+            : contact_sheet(
+                  "A cube on the board, by the poses of upnp", panels,
+                  {{"corners as projected", corner_colour}, {"cube", cube_colour}, {"its top", top_colour}}));
     if (photographs.size() > 1) {
         compare_frames(photographs[0], photographs[1], cameras[0], cameras[1], board);
     }
