@@ -34,8 +34,9 @@ const matrix<double> Transform_estimator::estimate_transform(const point_list& o
     // system at the end of each call, and from fetching it again at the next: it keeps twice the largest block.
     constexpr int spare_rows = 2048;
     cv::Mat system(rows + spare_rows, unknowns + 1, CV_64F);
-    const cv::Mat left = system(cv::Rect(0, 0, unknowns, rows));
-    const cv::Mat right = system(cv::Rect(unknowns, 0, 1, rows));
+    // Unlike a submatrix, these keep their columns where there is no point, so that the solver refuses them too.
+    const cv::Mat left(rows, unknowns, CV_64F, system.data, system.step);
+    const cv::Mat right(rows, 1, CV_64F, system.ptr<double>() + unknowns, system.step);
     for (std::size_t i = 0; i < original.size(); ++i) {
         const std::vector<double>& o = original[i];
         const std::vector<double>& t = target[i];
