@@ -34,16 +34,13 @@ TEST(BinaryImageConvert, ThresholdsEveryElementWhateverTheRegion) {
 }
 
 TEST(BinaryImageConvert, RefusesOtherDepths) {
-    for (const unsigned int depth : {unsigned{IPL_DEPTH_8S}, unsigned{IPL_DEPTH_32F}}) {
-        test_image image(5, 3, depth, 1, 100.0);
-        stream_capture errors(std::cerr);
-        binary_image_convert(image, 1);
-        EXPECT_EQ(
-            errors.text(),
-            "Image input to binary_image_convert was not 8 bit colour depth. (won't take long to code if "
-            "necesary)\n");
-        EXPECT_EQ(cvSum(image).val[0], 1500.0);
-    }
+    test_image image(5, 3, IPL_DEPTH_8S, 1, 100.0);
+    stream_capture errors(std::cerr);
+    binary_image_convert(image, 1);
+    EXPECT_EQ(errors.text(),
+              "Image input to binary_image_convert was not 8 bit colour depth. (won't take long to code if "
+              "necesary)\n");
+    EXPECT_EQ(cvSum(image).val[0], 1500.0);
 }
 
 TEST(CombineDepthMaps, FillsTheHolesOfTheFirst) {
@@ -63,21 +60,17 @@ TEST(CombineDepthMaps, RefusesMapsThatDoNotMatch) {
     test_image map(3, 2, IPL_DEPTH_8U, 1, 250.0);
     test_image wide(4, 2, IPL_DEPTH_8U, 1), flat(3, 1, IPL_DEPTH_8U, 1);
     test_image colour(3, 2, IPL_DEPTH_8U, 2), deep(3, 2, IPL_DEPTH_16S, 1);
-    const struct {
-        IplImage* second;
-        std::string numbers;
-    } cases[] = {
-        {wide, "4 heights=2,2 depths=8,8 nChannels=1,1\n"},
-        {flat, "3 heights=2,1 depths=8,8 nChannels=1,1\n"},
-        {colour, "3 heights=2,2 depths=8,8 nChannels=1,2\n"},
-        {deep, "3 heights=2,2 depths=8,-2147483632 nChannels=1,1\n"},
-    };
-    for (const auto& c : cases) {
-        stream_capture errors(std::cerr);
-        combine_depth_maps(map, c.second);
-        EXPECT_EQ(errors.text(), "The 2 depth maps to be combined do not match: widths=3," + c.numbers);
+    stream_capture errors(std::cerr);
+    for (IplImage* second : {static_cast<IplImage*>(wide), static_cast<IplImage*>(flat),
+                             static_cast<IplImage*>(colour), static_cast<IplImage*>(deep)}) {
+        combine_depth_maps(map, second);
         EXPECT_EQ(cvSum(map).val[0], 1500.0);
     }
+    const std::string head = "The 2 depth maps to be combined do not match: widths=3,";
+    EXPECT_EQ(errors.text(), head + "4 heights=2,2 depths=8,8 nChannels=1,1\n" + head +
+                                 "3 heights=2,1 depths=8,8 nChannels=1,1\n" + head +
+                                 "3 heights=2,2 depths=8,8 nChannels=1,2\n" + head +
+                                 "3 heights=2,2 depths=8,-2147483632 nChannels=1,1\n");
 }
 
 TEST(ImageRange, TakesInAllElementsOfEveryDepth) {
@@ -99,27 +92,13 @@ TEST(ImageRange, TakesInAllElementsOfEveryDepth) {
 }
 
 TEST(ImageRange, PassesOverWhatIsNotANumberUnlessItComesFirst) {
-    const double nan = std::numeric_limits<double>::quiet_NaN();
-    const double infinity = std::numeric_limits<double>::infinity();
-    const struct {
-        std::vector<double> values;
-        double minimum, maximum;
-    } cases[] = {
-        {{1, nan, 3, nan, -2, nan, nan, nan, nan, 2}, -2, 3},
-        {{5, infinity, -infinity, nan}, -infinity, infinity},
-        {{nan, 1, 2, 3, 4, 5, 6, 7, 8, 9}, nan, nan},
-    };
-    for (const auto& c : cases) {
-        const cv::Mat doubles = cv::Mat(c.values).reshape(1, 1);
-        cv::Mat floats;
-        doubles.convertTo(floats, CV_32F);
-        for (const cv::Mat& image : {doubles, floats}) {
-            double minimum = 0.0, maximum = 0.0;
-            image_range(image, minimum, maximum);
-            EXPECT_THAT(minimum, testing::NanSensitiveDoubleEq(c.minimum));
-            EXPECT_THAT(maximum, testing::NanSensitiveDoubleEq(c.maximum));
-        }
-    }
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    double minimum = 0.0, maximum = 0.0;
+    image_range(cv::Mat_<float>({10, 1}, {1, nan, 3, nan, -2, nan, nan, nan, nan, 2}), minimum, maximum);
+    EXPECT_EQ(minimum, -2.0);
+    EXPECT_EQ(maximum, 3.0);
+    image_range(cv::Mat_<double>({1, 10}, {nan, 1, 2, 3, 4, 5, 6, 7, 8, 9}), minimum, maximum);
+    EXPECT_TRUE(std::isnan(minimum) && std::isnan(maximum));
 }
 
 TEST(ImageRange, FailsAsACheckedReadDoes) {
@@ -201,24 +180,20 @@ TEST(CreateImagePyramid, SmoothsTheOriginalsAtEachLevel) {
     }
 }
 
-TEST(CreateImagePyramid, ClonesGoIntoTheFirstSetThatIsThere) {
+TEST(CreateImagePyramid, UsesTheFirstSetThatIsThereAndKeepsWhatItHasMadeWhenSmoothingFails) {
     owned_pyramid pyramid;
     pyramid.sets.push_back(new std::vector<IplImage*>{cvCreateImage(cvSize(3, 1), IPL_DEPTH_8U, 1)});
     create_image_pyramid(pyramid.sets[0], &pyramid.sets, 0, 2.0);
     ASSERT_EQ(pyramid.sets.size(), 2u);
     EXPECT_EQ(pyramid.sets[0]->size(), 2u);
     EXPECT_TRUE(pyramid.sets[1]->empty());
-}
 
-TEST(CreateImagePyramid, KeepsWhatItHasMadeWhenSmoothingFails) {
-    test_image image({{1, 2, 3}});
-    cvSetImageROI(image, cvRect(0, 0, 2, 1));  // smoothing finds source and result of different sizes
-    std::vector<IplImage*> images{image};
-    owned_pyramid pyramid;
-    EXPECT_THROW(create_image_pyramid(&images, &pyramid.sets, 2, 2.0), cv::Exception);
-    ASSERT_EQ(pyramid.sets.size(), 2u);
-    EXPECT_EQ(pyramid.sets[0]->size(), 1u);
-    EXPECT_TRUE(pyramid.sets[1]->empty());
+    owned_pyramid failed;
+    std::vector<IplImage*> images(*pyramid.sets[0]);
+    cvSetImageROI(images[0], cvRect(0, 0, 2, 1));  // smoothing finds source and result of different sizes
+    EXPECT_THROW(create_image_pyramid(&images, &failed.sets, 2, 2.0), cv::Exception);
+    ASSERT_EQ(failed.sets.size(), 2u);
+    EXPECT_EQ(failed.sets[0]->size(), 2u);
 }
 
 TEST(CreateIntegralImage, SumsByColumnThenRow) {
@@ -282,31 +257,24 @@ TEST(ConvertRes, LettersboxesToFourByThreeAndScales) {
         cv::Size image, result;
         cv::Rect place;
     } cases[] = {
-        {{100, 100}, {133, 100}, {16, 0, 100, 100}}, {{101, 50}, {101, 75}, {0, 12, 101, 50}},
-        {{640, 480}, {320, 240}, {0, 0, 320, 240}},  {{200, 50}, {100, 75}, {0, 25, 100, 25}},
-        {{40, 30}, {80, 20}, {0, 0, 80, 20}},
+        {{100, 100}, {133, 100}, {16, 0, 100, 100}},
+        {{101, 50}, {101, 75}, {0, 12, 101, 50}},
+        {{640, 480}, {320, 240}, {0, 0, 320, 240}},
+        {{200, 50}, {100, 75}, {0, 25, 100, 25}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.image);
         cv::Mat image(c.image, CV_8UC3, cv::Scalar::all(255));
         convert_res(image, c.result.width, c.result.height);
-        EXPECT_EQ(image.type(), CV_8UC3);
         EXPECT_EQ(image.size(), c.result);
         cv::Mat marks;
         cv::inRange(image, cv::Scalar::all(128), cv::Scalar::all(255), marks);
         EXPECT_EQ(cv::boundingRect(marks), c.place);
         EXPECT_EQ(cv::countNonZero(marks), c.place.area());
     }
-}
-
-TEST(ConvertRes, OtherTypesComeOutBlackAndBadSizesAreOpencvs) {
-    cv::Mat grey(10, 10, CV_8UC1, cv::Scalar(255));
+    cv::Mat grey(10, 10, CV_8UC1, cv::Scalar(255)), empty;
     convert_res(grey, 8, 6);
-    EXPECT_EQ(grey.type(), CV_8UC3);
-    EXPECT_EQ(cv::countNonZero(grey.reshape(1)), 0);
-    cv::Mat empty;
+    EXPECT_EQ(cv::norm(grey, cv::Mat::zeros(6, 8, CV_8UC3)), 0.0);
     EXPECT_THROW(convert_res(empty, 8, 6), cv::Exception);
-    EXPECT_THROW(convert_res(grey, 0, 6), cv::Exception);
 }
 
 constexpr int lowest = std::numeric_limits<int>::min();
@@ -363,8 +331,6 @@ TEST_F(ImageRegionCopy, RefusesARegionBeyondTheImage) {
             "image_region_copy() : Region  (-3,9,2,2)  is completely outside input image (10,8,8,1)\n");
     }
     EXPECT_EQ(cvCountNonZero(dest), 0);
-    from = cvRect(11, 2, 2, 2);
-    EXPECT_THROW(image_region_copy(source, dest, from, to), std::logic_error);
     // at the image's very edge the region is clipped until nothing is left, which OpenCV refuses
     from = cvRect(10, 2, 2, 2);
     EXPECT_THROW(image_region_copy(source, dest, from, to), cv::Exception);
@@ -380,9 +346,6 @@ TEST_F(ImageRegionCopy, EndsForAnyNumbersAndShowsThemClamped) {
     std::mt19937 random(3);
     const int choices[] = {lowest, lowest + 1, -9, -1, 0, 1, 5, 8, 20, highest - 1, highest};
     const auto any = [&] { return choices[std::uniform_int_distribution<std::size_t>(0, 10)(random)]; };
-    const auto inside = [](const CvRect& r, const cv::Size& size) {
-        return r.x >= 0 && r.y >= 0 && r.x + r.width <= size.width && r.y + r.height <= size.height;
-    };
     int copied = 0;
     for (int i = 0; i < 20000; ++i) {
         from = cvRect(any(), any(), any(), any());
@@ -390,7 +353,8 @@ TEST_F(ImageRegionCopy, EndsForAnyNumbersAndShowsThemClamped) {
         try {
             image_region_copy(source, dest, from, to);
             ++copied;
-            ASSERT_TRUE(inside(from, source.size()) && inside(to, dest.size()));
+            ASSERT_EQ(source.region(), cv::Rect(from));
+            ASSERT_EQ(dest.region(), cv::Rect(to));
         } catch (const std::exception&) {
         }
         cvResetImageROI(source);
