@@ -16,7 +16,7 @@ cv::Mat read_picture(const std::string& path, int flags) {
     if (!in.is_open() || bytes.empty()) {
         throw std::runtime_error("cannot read the picture \"" + path + "\"");
     }
-    const cv::Mat picture = cv::imdecode(bytes, flags);
+    cv::Mat picture = cv::imdecode(bytes, flags);
     if (picture.empty()) {
         throw std::runtime_error("\"" + path + "\" is not a picture in a known format");
     }

@@ -422,8 +422,8 @@ TEST(GetRows, RefusesWithTheTargetUntouched) {
         {six, numbered_rows(2), 1, 3, "Haven't implemented this yet!"}};
     for (const row& r : rows) {
         cv::Mat dest = r.dest.clone();
-        EXPECT_REPORT(zorv::get_rows(r.src, dest, r.x_scale, r.y_scale, true), file,
-                      "get_rows(const cv::Mat", head + r.sentence);
+        EXPECT_REPORT(zorv::get_rows(r.src, dest, r.x_scale, r.y_scale, true), file, "get_rows(const cv::Mat",
+                      head + r.sentence);
         EXPECT_EQ(cv::norm(dest, r.dest, cv::NORM_INF), 0);
     }
     cv::Mat empty;

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <utility>
+
+#include "zorv_tools/core/export.h"
+
+namespace zorv {
+
+/// Whether the score of `first` is the smaller one: the order of an ascending sort of (index, score) pairs by score.
+ZORV_TOOLS_EXPORT bool pair_comparison(std::pair<int, double>* first, std::pair<int, double>* second);
+
+}  // namespace zorv
