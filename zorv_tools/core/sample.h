@@ -1,6 +1,9 @@
 #pragma once
 
+#include <ostream>
 #include <string>
+
+#include "zorv_tools/core/export.h"
 
 namespace zorv {
 
@@ -14,5 +17,9 @@ struct sample {
     int y1 = 0;
     int y2 = 0;
 };
+
+/// Writes "sample=" and the fields with "|" between them, in the form that a configuration file takes but for the
+/// values at the end of such a line. No line end.
+ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const sample& record);
 
 }  // namespace zorv

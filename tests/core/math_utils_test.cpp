@@ -1,0 +1,132 @@
+#include "zorv_tools/core/math_utils.h"
+
+#include <gtest/gtest.h>
+
+#include <boost/math/special_functions/bessel.hpp>
+#include <boost/math/special_functions/gamma.hpp>
+#include <cmath>
+#include <limits>
+#include <sstream>
+#include <stdexcept>
+
+#include "tests/support/report.h"
+#include "zorv_tools/core/internal/gamma.h"
+
+namespace {
+
+std::string factorial_sentence(int n) {
+    return "Cannot calculate factorial of " + std::to_string(n) +
+           " either negative or too large for a int to store";
+}
+
+/// The kernel by its own series, in the highest precision there is.
+long double kernel(int n, long double t) {
+    const long double order = std::abs(n);
+    long double sum = 0;
+    for (int m = 0; m < 200; ++m) {
+        sum += std::exp((2 * m + order) * std::log(t / 2) - std::lgamma(m + 1.0L) -
+                        std::lgamma(m + order + 1.0L));
+    }
+    return sum * std::exp(-t);
+}
+
+}  // namespace
+
+TEST(Gamma, AgreesWithAnIndependentOne) {
+    for (double x = 0.0005; x < 171.6; x *= 1.013) {
+        // The shortcut below 0.001 drops the terms from x on.
+        const double tolerance = x < 0.001 ? 2e-6 : 1e-12;
+        EXPECT_NEAR(zorv::gamma_function(x) / boost::math::tgamma(x), 1, tolerance) << x;
+        EXPECT_NEAR(zorv::log_gamma_function(x), boost::math::lgamma(x), 2e-6 + 1e-13 * x) << x;
+    }
+    for (int n = 1; n <= 11; ++n) {
+        EXPECT_EQ(zorv::gamma_function(n), zorv::factorial(n - 1));
+    }
+    EXPECT_EQ(zorv::gamma_function(171.7), std::numeric_limits<double>::infinity());
+}
+
+TEST(Gamma, RefusesWhatIsNotPositive) {
+    for (double (*function)(double) : {zorv::gamma_function, zorv::log_gamma_function}) {
+        try {
+            function(-2.5);
+            ADD_FAILURE() << "no exception";
+        } catch (const std::invalid_argument& e) {
+            EXPECT_STREQ(e.what(), "Invalid input argument -2.5. Argument must be positive.");
+        }
+        EXPECT_THROW(function(0), std::invalid_argument);
+    }
+}
+
+TEST(Bessel, AgreesWithAnIndependentOne) {
+    for (const float order : {0.0f, 0.5f, 1.0f, 2.75f, 7.0f}) {
+        for (float x = 0.25f; x < 6; x += 0.25f) {
+            EXPECT_NEAR(zorv::bessel(order, x, 13), boost::math::cyl_bessel_j(order, double(x)), 3e-6);
+            const double modified = boost::math::cyl_bessel_i(order, double(x));
+            EXPECT_NEAR(zorv::modified_bessel(order, x, 13), modified, 2e-6 * (1 + modified));
+        }
+    }
+}
+
+TEST(Bessel, LengthOfTheSeries) {
+    EXPECT_EQ(zorv::bessel(0, 1, 0), 0);
+    EXPECT_EQ(zorv::bessel(0, 1, -3), 0);
+    EXPECT_EQ(zorv::bessel(0, 2, 2), 0) << "1 and -1";
+    EXPECT_EQ(zorv::modified_bessel(0, 2, 3), 2.25f) << "1, 1 and a quarter";
+    EXPECT_EQ(zorv::modified_bessel(0, 0, 12), 1);
+    EXPECT_EQ(zorv::modified_bessel(1, 0, 12), 0);
+    EXPECT_NO_THROW(zorv::bessel(0, 1, 13));
+    EXPECT_REPORT(zorv::bessel(0, 1, 14), "math_utils", "factorial", factorial_sentence(13));
+    EXPECT_THROW(zorv::modified_bessel(-1, 1, 3), std::invalid_argument);
+}
+
+TEST(Bessel, StepsHaveTheirPrecision) {
+    // In double throughout the sum would end in other digits: here 1 + 2^-25 is lost, term by term.
+    const float x = std::ldexp(1.0f, -12);
+    EXPECT_EQ(zorv::modified_bessel(0, x, 12), 1.0f);
+    // The power is of single precision: 1.1 is not exact in it, and neither is its 0.7th power.
+    const double power = std::pow(1.1f, 0.7f);
+    EXPECT_EQ(zorv::bessel(0.7f, 2.2f, 1),
+              static_cast<float>(1.0 / zorv::gamma_function(double(0.7f + 1.0f)) * power));
+}
+
+TEST(DiscreteGaussian, IsTheKernel) {
+    EXPECT_EQ(zorv::discrete_gaussian_sample(0, 0), 1);
+    float sum = 0;
+    for (int n = -12; n <= 12; ++n) {
+        const float value = zorv::discrete_gaussian_sample(n, 2);
+        EXPECT_EQ(value, zorv::discrete_gaussian_sample(-n, 2));
+        EXPECT_NEAR(value, static_cast<double>(kernel(n, 2)), 1e-6);
+        sum += value;
+    }
+    EXPECT_NEAR(sum, 1, 1e-5);
+}
+
+TEST(Factorial, FitsAnInt) {
+    EXPECT_EQ(zorv::factorial(0), 1);
+    for (int n = 1; n <= 12; ++n) {
+        EXPECT_EQ(zorv::factorial(n), n * zorv::factorial(n - 1));
+    }
+    for (const int n : {-1, 13}) {
+        EXPECT_REPORT(zorv::factorial(n), "math_utils", "factorial", factorial_sentence(n));
+    }
+}
+
+TEST(Variance, AboutAGivenMeanOrItsOwn) {
+    EXPECT_DOUBLE_EQ(zorv::var({1, 2, 3}, 0.0), 2.0 / 3.0);
+    EXPECT_DOUBLE_EQ(zorv::var({1, 2, 3}, 1.0), 5.0 / 3.0);
+    EXPECT_TRUE(std::isnan(zorv::var({}, 0.0)));
+    EXPECT_TRUE(std::isnan(zorv::var({}, 4.0)));
+}
+
+TEST(Sample, PrintsItsFields) {
+    zorv::sample record;
+    record.location = "a.avi";
+    record.frame = -1;
+    record.x1 = 1;
+    record.x2 = 2;
+    record.y1 = 3;
+    record.y2 = 4;
+    std::ostringstream out;
+    out << record;
+    EXPECT_EQ(out.str(), "sample=a.avi|-1|1|2|3|4");
+}

@@ -1,0 +1,131 @@
+#include "zorv_tools/image/polygon_overlap.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <boost/geometry.hpp>
+#include <boost/geometry/geometries/point_xy.hpp>
+#include <boost/geometry/geometries/polygon.hpp>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace {
+
+namespace geometry = boost::geometry;
+using boost_point = geometry::model::d2::point_xy<double>;
+using boost_polygon = geometry::model::polygon<boost_point>;
+using vertices = std::vector<point>;
+
+double area64(vertices a, vertices b) {
+    return intersectionArea64(static_cast<int>(a.size()), a.data(), static_cast<int>(b.size()), b.data());
+}
+
+double area32(vertices a, vertices b) {
+    return intersectionArea(static_cast<int>(a.size()), a.data(), static_cast<int>(b.size()), b.data());
+}
+
+double boost_area(const vertices& a, const vertices& b) {
+    const auto convert = [](const vertices& v) {
+        boost_polygon result;
+        for (const point& p : v) {
+            geometry::append(result, boost_point(p.x, p.y));
+        }
+        geometry::correct(result);
+        return result;
+    };
+    std::vector<boost_polygon> parts;
+    geometry::intersection(convert(a), convert(b), parts);
+    double sum = 0;
+    for (const boost_polygon& part : parts) {
+        sum += geometry::area(part);
+    }
+    return sum;
+}
+
+vertices reversed(vertices v) {
+    std::reverse(v.begin(), v.end());
+    return v;
+}
+
+vertices square(double x, double y, double side) {
+    return {{x, y}, {x + side, y}, {x + side, y + side}, {x, y + side}};
+}
+
+/// Simple, and star-shaped about its centre: convex where all radii are 1.
+vertices star(int count, double x, double y, double least_radius, std::mt19937& random) {
+    std::uniform_real_distribution<double> radius(least_radius, 1);
+    vertices result;
+    for (int i = 0; i < count; ++i) {
+        const double angle = 2 * 3.14159265358979 * i / count;
+        const double r = radius(random);
+        result.push_back({x + r * std::cos(angle), y + r * std::sin(angle)});
+    }
+    return result;
+}
+
+}  // namespace
+
+TEST(PolygonOverlap, Squares) {
+    const vertices a = square(0, 0, 2);
+    const vertices b = square(1, 1, 2);
+    EXPECT_NEAR(area64(a, b), 0.99999994, 5e-9);
+    EXPECT_NEAR(area64(reversed(a), b), -0.99999994, 1e-7);
+    EXPECT_NEAR(area64(reversed(a), reversed(b)), 0.99999994, 1e-7);
+    EXPECT_NEAR(area64(square(4, 4, 2), square(0, 0, 10)), 4, 1e-6);
+    EXPECT_NEAR(area64(square(0, 0, 10), square(4, 4, 2)), 4, 1e-6);
+    EXPECT_NEAR(area64(a, a), 4, 1e-6);
+    EXPECT_EQ(area64(a, square(5, 0, 2)), 0);
+    EXPECT_EQ(area64(a, {{0, 0}, {1, 1}}), 0);
+    EXPECT_EQ(area64({}, a), 0);
+}
+
+TEST(PolygonOverlap, WindingTwiceCountsTwice) {
+    vertices twice = square(0, 0, 2);
+    const vertices once = twice;
+    twice.insert(twice.end(), once.begin(), once.end());
+    EXPECT_NEAR(area64(twice, square(1, 1, 2)), 2, 1e-6);
+    // A figure of eight has one loop of each orientation.
+    EXPECT_NEAR(area64({{0, 0}, {2, 2}, {2, 0}, {0, 2}}, square(-1, -1, 4)), 0, 1e-6);
+}
+
+TEST(PolygonOverlap, AgreesWithAnIndependentMeasure) {
+    std::mt19937 random(3);
+    std::uniform_real_distribution<double> shift(-1.5, 1.5);
+    for (const int count : {3, 4, 7, 20, 101}) {
+        for (const double least_radius : {0.2, 1.0}) {
+            for (int repeat = 0; repeat < 20; ++repeat) {
+                const vertices a = star(count, 0, 0, least_radius, random);
+                const vertices b =
+                    star(count + repeat % 2, shift(random), shift(random), least_radius, random);
+                const double truth = boost_area(a, b);
+                ASSERT_NEAR(area64(a, b), truth, 1e-6) << count;
+                ASSERT_NEAR(area64(reversed(a), b), -truth, 1e-6);
+                ASSERT_NEAR(area64(reversed(a), reversed(b)), truth, 1e-6);
+            }
+        }
+    }
+}
+
+TEST(PolygonOverlap, NarrowSumsWrap) {
+    EXPECT_NEAR(area32(square(0, 0, 2), square(1, 1, 2)), 3.4e-8, 1e-9);
+    // The magnitude is bounded, whatever the polygons.
+    std::mt19937 random(4);
+    for (int repeat = 0; repeat < 50; ++repeat) {
+        const double area = area32(star(9, 0, 0, 0.3, random), star(12, 0.3, 0.1, 0.3, random));
+        EXPECT_LE(std::abs(area), 8.7e-9 * 6);
+        EXPECT_TRUE(std::isfinite(area));
+    }
+    EXPECT_EQ(area32(square(0, 0, 2), square(5, 0, 2)), 0);
+    EXPECT_EQ(area32(square(0, 0, 2), {{0, 0}, {1, 1}}), 0);
+}
+
+TEST(PolygonOverlap, DegenerateInputIsHarmless) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    const vertices line{{0, 0}, {1, 0}, {2, 0}};
+    for (const vertices& other : {line, vertices{{infinity, 0}, {0, std::nan("")}, {-infinity, 3}}}) {
+        area64(line, other);
+        area32(line, other);
+    }
+}

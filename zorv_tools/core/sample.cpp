@@ -1,0 +1,13 @@
+#include "zorv_tools/core/sample.h"
+
+namespace zorv {
+
+std::ostream& operator<<(std::ostream& out, const sample& record) {
+    out << "sample=" << record.location;
+    for (const int field : {record.frame, record.x1, record.x2, record.y1, record.y2}) {
+        out << "|" << field;
+    }
+    return out;
+}
+
+}  // namespace zorv
