@@ -1,5 +1,4 @@
 #include <cmath>
-#include <cstdlib>
 #include <limits>
 #include <sstream>
 #include <stdexcept>
@@ -41,14 +40,35 @@ double gamma_from_1_to_2(double y) {
     return num / den + 1.0;
 }
 
+/// The gamma function at the whole numbers of its range, where a kernel needs it again and again.
+class gamma_of_whole_numbers {
+public:
+    gamma_of_whole_numbers() {
+        for (int n = 1; n < count; ++n) {
+            values_[n] = gamma_function(n);
+        }
+    }
+
+    static double look_up(float x) {
+        static const gamma_of_whole_numbers table;
+        // Written so that what is not a number is not looked up.
+        const int n = x >= 1 && x < count ? static_cast<int>(x) : 0;
+        return n != 0 && static_cast<float>(n) == x ? table.values_[n]
+                                                    : gamma_function(static_cast<double>(x));
+    }
+
+private:
+    static constexpr int count = 172;
+    double values_[count] = {};
+};
+
 /// The precision of each step is part of the result: whole and half orders enter in single precision, a term is
 /// computed in double, rounded to single and added to a single-precision sum.
 float power_series(float order, float x, int terms, bool alternating) {
     const float half = x * 0.5f;
     float sum = 0;
     for (int m = 0; m < terms; ++m) {
-        const float argument = static_cast<float>(m) + order + 1.0f;
-        const double gamma = gamma_function(static_cast<double>(argument));
+        const double gamma = gamma_of_whole_numbers::look_up(static_cast<float>(m) + order + 1.0f);
         const double denominator = gamma * static_cast<double>(factorial(m));
         const float power = std::pow(half, static_cast<float>(m * 2) + order);
         const double sign = alternating && m % 2 != 0 ? -1.0 : 1.0;
