@@ -133,6 +133,7 @@ TEST(JoinImagesOrdered, ChoosesTheGridClosestTo4By3) {
         cv::Rect last_place;
     } const cases[] = {
         {std::vector<cv::Size>(4, {100, 100}), {300, 200}, {100, 100, 100, 100}},
+        {std::vector<cv::Size>(4, {110, 100}), {220, 200}, {110, 100, 110, 100}},
         {std::vector<cv::Size>(16, {40, 30}), {160, 120}, {120, 90, 40, 30}},
         // two images can only lie on top of each other
         {std::vector<cv::Size>(2, {10, 10}), {10, 20}, {0, 10, 10, 10}},
@@ -176,6 +177,7 @@ TEST(JoinImages, EachJoinAddsItsFrameToAFailure) {
     const cv::Mat plain = filled(10, 10, 100);
     const cv::Mat wide(1, 2000000000, CV_8UC1, plain.data);
     const std::vector<cv::Mat> odd_one{plain, solid, plain};
+    const std::vector<cv::Mat> empty_pair(2);  // only the fit fails
     const struct {
         std::function<void()> action;
         std::vector<std::string> functions;
@@ -186,6 +188,8 @@ TEST(JoinImages, EachJoinAddsItsFrameToAFailure) {
         {[&] { join_images(solid, plain, false, false); }, {"join_images(", "join_images_"}},
         {[&] { join_images_unordered(odd_one, false, false); },
          {"join_images_unordered", "join_images(", "join_images_"}},
+        {[&] { join_images_unordered(empty_pair, false, true); },
+         {"join_images_unordered", "join_images(", "join_images_on_top"}},
         {[&] { join_images_unordered({}, false, false); }, {"join_images_unordered"}},
         {[&] { join_images_ordered(odd_one, true, false); }, {"join_images_ordered", "join_images_"}},
         {[&] { join_images_ordered({plain}, true, true); }, {"join_images_ordered"}},

@@ -68,12 +68,13 @@ ZORV_TOOLS_EXPORT int image_median(IplImage* image, bool ignore_extremes);
 /// @{
 
 /// Letterboxes `image` with black to the ratio 4:3 and scales that to `width` by `height`. Only a `CV_8UC3`
-/// image is seen in the result; any other type gives a black one.
+/// image is seen in the result; any other type gives a black one. As with `cv::resize`, a
+/// result of the size and type that `image` has already goes into its buffer.
 ZORV_TOOLS_EXPORT void convert_res(cv::Mat& image, int width, int height);
 
 /// Clears `dest` and copies `source_region` of `source` to `dest_region` of it, both clipped to their images.
 /// The regions come back clipped, and both stay set as regions of interest. Throws `std::logic_error` where
-/// the source region begins beyond the image; a region that clipping has left empty is refused by OpenCV.
+/// the source region begins beyond the image; what clipping has left empty is OpenCV's to refuse or to copy.
 ZORV_TOOLS_EXPORT void image_region_copy(IplImage* source, IplImage* dest, CvRect& source_region,
                                          CvRect& dest_region);
 
