@@ -30,8 +30,13 @@ const matrix<double> Transform_estimator::estimate_transform(const point_list& o
                                                              const point_list& target) {
     require_equal_counts(original.size(), target.size(), ZORV_HERE);
     const int rows = 3 * static_cast<int>(original.size());
-    cv::Mat right(rows, 1, CV_64F);
-    cv::Mat left(rows, unknowns, CV_64F);
+    // Rows that are never touched keep glibc from handing the memory of this and of the solver's copy back to the
+    // system at the end of each call, and from fetching it again at the next: it keeps twice the largest block.
+    constexpr int spare_rows = 2048;
+    cv::Mat system(rows + spare_rows, unknowns + 1, CV_64F);
+    // Unlike a submatrix, these keep their columns where there is no point, so that the solver refuses them too.
+    const cv::Mat left(rows, unknowns, CV_64F, system.data, system.step);
+    const cv::Mat right(rows, 1, CV_64F, system.ptr<double>() + unknowns, system.step);
     for (std::size_t i = 0; i < original.size(); ++i) {
         const std::vector<double>& o = original[i];
         const std::vector<double>& t = target[i];
@@ -42,14 +47,14 @@ const matrix<double> Transform_estimator::estimate_transform(const point_list& o
         for (int k = 0; k < 3; ++k) {
             const int row = 3 * static_cast<int>(i) + k;
             const double value = o[static_cast<std::size_t>(k)];
-            right.at<double>(row, 0) = value;
-            double* const equation = left.ptr<double>(row);
+            double* const equation = system.ptr<double>(row);
             std::fill_n(equation, 12, 0.0);
             for (std::size_t j = 0; j < 3; ++j) {
                 equation[4 * k + static_cast<int>(j)] = t[j];
                 equation[12 + j] = -(value * t[j]);
             }
             equation[4 * k + 3] = 1.0;
+            equation[unknowns] = value;
         }
     }
     cv::Mat solution;

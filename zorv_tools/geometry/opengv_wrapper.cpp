@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "zorv_tools/core/exception_l.h"
-#include "zorv_tools/core/math_utils.h"
+#include "zorv_tools/core/pair_comparison.h"
 
 namespace zorv {
 
