@@ -156,8 +156,8 @@ ZORV_TOOLS_EXPORT void segment_and_recentre(IplImage*& app_image, IplImage*& dep
 /// Looks for the box whose share of non-zero pixels stands out most from that of the ring around it. The box is
 /// `best_width` wide and `best_width` times `aspect_ratio` high, with its corner at the other two outputs; all
 /// are 0 if there is none. Widths run from `minimum_width`, which must be at least 1, in steps of the factor
-/// `width_step`, which must be above 1. The ring is about as large as the box. Of equal boxes the smallest wins, then the
-/// topmost, then the leftmost. An image of several channels has none.
+/// `width_step`, which must be above 1. The ring is about as large as the box. Of equal boxes the smallest
+/// wins, then the topmost, then the leftmost. An image of several channels has none.
 ZORV_TOOLS_EXPORT void centre_surround_check(IplImage*& image, double aspect_ratio, int& best_width,
                                              int& best_x, int& best_y, int minimum_width, double width_step);
 
