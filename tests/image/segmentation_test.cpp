@@ -196,7 +196,7 @@ TEST(SegmentAndRecentre, CutsByDepthAndMovesTheObjectToTheMiddle) {
     }
 }
 
-TEST(SegmentAndRecentre, TheBandIsTruncatedAndIncludesItsUpperEnd) {
+TEST(SegmentAndRecentre, TruncatesTheBand) {
     // 1.3 times 77 is 100.1: the square stays; the lower end is 53.9, and 53 is not above 53
     scene s(53, cvRect(0, 0, 100, 80));
     segment_and_recentre(s.app, s.depth, 0.3, 1.0, 1.0, nullptr, 1, 77);

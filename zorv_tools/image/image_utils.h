@@ -68,12 +68,13 @@ ZORV_TOOLS_EXPORT int image_median(IplImage* image, bool ignore_extremes);
 /// @{
 
 /// Letterboxes `image` with black to the ratio 4:3 and scales that to `width` by `height`. Only a `CV_8UC3`
-/// image is seen in the result; any other type gives a black one.
+/// image is seen in the result; any other type gives a black one. As with `cv::resize`, a
+/// result of the size and type that `image` has already goes into its buffer.
 ZORV_TOOLS_EXPORT void convert_res(cv::Mat& image, int width, int height);
 
 /// Clears `dest` and copies `source_region` of `source` to `dest_region` of it, both clipped to their images.
 /// The regions come back clipped, and both stay set as regions of interest. Throws `std::logic_error` where
-/// the source region begins beyond the image; a region that clipping has left empty is refused by OpenCV.
+/// the source region begins beyond the image; what clipping has left empty is OpenCV's to refuse or to copy.
 ZORV_TOOLS_EXPORT void image_region_copy(IplImage* source, IplImage* dest, CvRect& source_region,
                                          CvRect& dest_region);
 
@@ -155,8 +156,8 @@ ZORV_TOOLS_EXPORT void segment_and_recentre(IplImage*& app_image, IplImage*& dep
 /// Looks for the box whose share of non-zero pixels stands out most from that of the ring around it. The box is
 /// `best_width` wide and `best_width` times `aspect_ratio` high, with its corner at the other two outputs; all
 /// are 0 if there is none. Widths run from `minimum_width`, which must be at least 1, in steps of the factor
-/// `width_step`, which must be above 1. The ring is about as large as the box. Of equal boxes the smallest wins, then the
-/// topmost, then the leftmost. An image of several channels has none.
+/// `width_step`, which must be above 1. The ring is about as large as the box. Of equal boxes the smallest
+/// wins, then the topmost, then the leftmost. An image of several channels has none.
 ZORV_TOOLS_EXPORT void centre_surround_check(IplImage*& image, double aspect_ratio, int& best_width,
                                              int& best_x, int& best_y, int minimum_width, double width_step);
 
