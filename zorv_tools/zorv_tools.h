@@ -6,6 +6,7 @@
 #include "zorv_tools/config/configuration.h"
 #include "zorv_tools/config/parameter_records.h"
 #include "zorv_tools/core/IO_helpers.h"
+#include "zorv_tools/core/double_pair.h"
 #include "zorv_tools/core/exception_l.h"
 #include "zorv_tools/core/export.h"
 #include "zorv_tools/core/ipow.h"

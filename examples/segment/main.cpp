@@ -21,7 +21,7 @@ namespace {
 
 constexpr int panel_width = 520;
 
-using zorv::operator<<;
+using zorv::operator<<;  // NOLINT(misc-unused-using-decls): for sizes and rectangles
 
 /// Depth codes of 8 bits, 0 where there is none.
 cv::Mat read_depth(const options& given) {

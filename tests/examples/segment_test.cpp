@@ -37,13 +37,6 @@ protected:
     temporary_directory folder;
 };
 
-/// How many pixels of the sheet have the colour.
-int count(const cv::Mat& sheet, const cv::Scalar& colour) {
-    cv::Mat marks;
-    cv::inRange(sheet, colour, colour, marks);
-    return cv::countNonZero(marks);
-}
-
 TEST_F(Segment, FindsTheObjectAndWritesOneSheet) {
     for (const std::string& source :
          {depth() + "--config " + folder.path("closing"), "--disparity " + folder.path("deep.png")}) {
@@ -62,41 +55,33 @@ TEST_F(Segment, FindsTheObjectAndWritesOneSheet) {
         ASSERT_FALSE(sheet.empty());
         EXPECT_TRUE(sheet.rows == 3 * sheet.cols / 4 || sheet.cols == 4 * sheet.rows / 3) << sheet.size();
         // The picture is there three times, mostly cut away in two of them; boxes and words have their colours.
-        EXPECT_GT(count(sheet, cv::Scalar(40, 120, 200)), 100000);
-        for (const cv::Scalar& colour :
-             {cv::Scalar(0, 179, 255), cv::Scalar(142, 118, 246), cv::Scalar(215, 189, 166)}) {
-            EXPECT_GT(count(sheet, colour), 100) << colour;
+        const cv::Scalar colours[] = {{40, 120, 200}, {0, 179, 255}, {142, 118, 246}, {215, 189, 166}};
+        for (const cv::Scalar& colour : colours) {
+            cv::Mat marks;
+            cv::inRange(sheet, colour, colour, marks);
+            EXPECT_GT(cv::countNonZero(marks), colour == colours[0] ? 100000 : 100) << colour;
         }
     }
 }
 
 TEST_F(Segment, OneLineForEachMistake) {
     cv::imwrite(folder.path("small.png"), cv::Mat(10, 20, CV_8U, cv::Scalar(3)));
-    folder.write("text.png", "not a picture");
     folder.write("no_assignment", "closing kernel\n");
     const struct {
         std::string app, more, part;
     } rows[] = {
         {"none", depth(), "cannot read the picture"},
-        {"text.png", depth(), "is not a picture"},
-        {"app.png", depth("none"), "cannot read the picture"},
         {"app.png", depth("small.png"), "the depth image is of (20,10), but the picture of (120,90)"},
         {"app.png", depth("deep.png"), "is not one of 8 bits"},
         {"app.png", "", "either --depth or --disparity is needed"},
-        {"app.png", depth() + "--disparity " + folder.path("depth.png"), "either --depth or --disparity"},
         {"app.png", depth() + "--region 1,2,3", "needs X,Y,WIDTH,HEIGHT"},
-        {"app.png", depth() + "--region 1,2,3,4,5", "needs X,Y,WIDTH,HEIGHT"},
         {"app.png", depth() + "--region 100,80,21,10", "the region (100,80,21,10) is not inside the picture"},
-        {"app.png", depth() + "--region 1,1,0,10", "is not inside the picture of (120,90)"},
         {"app.png", depth() + "--config " + folder.path("none"), "cannot read the configuration file"},
         {"app.png", depth() + "--config " + folder.path("no_assignment"), "No equals sign found"},
         {"app.png", depth() + "--width-step 1", "--width-step must be above 1, not 1"},
         {"app.png", depth() + "--width-factor nan", "--width-factor must be above 0"},
-        {"app.png", depth() + "--tolerance -1", "--tolerance must be above 0, not -1"},
         {"app.png", depth() + "--minimum-width 0", "--minimum-width must be at least 1"},
-        {"app.png", depth() + "--object-depth x", "needs a whole number"},
         {"app.png", depth() + "--out " + folder.path("closing"), "cannot write"},
-        {"app.png", depth() + "stray", "unexpected argument"},
     };
     for (const auto& row : rows) {
         const program_run failed = segment(row.app, row.more);

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <functional>
 #include <iostream>
 #include <limits>
 #include <sstream>
@@ -151,6 +152,24 @@ TEST(CameraUnproject, RefusesWhatHasNoPoint) {
     }
 }
 
+TEST(Camera, OrderOfArithmeticIsFixed) {
+    // Digits computed by hand-written steps outside this code. They change when products are regrouped, when a
+    // division becomes a multiplication by the reciprocal, or when a sum runs the other way.
+    Camera camera;
+    camera.set_camera_params(0.47, 0.53, 1.2, 1.4, 0.16);
+    camera.set_resolution(1282, 1110);
+    camera.set_extrinsics_quaternion({0.1, -0.2, 0.05, 0.9, 0.3, -0.7, 1.1});
+    EXPECT_EQ(project(camera, 0.95, -0.89, 5.68),
+              (triple{156.71834078355636, 150.67545072724093, 57.34174240684969}));
+    EXPECT_EQ(project(camera, 0.81, -0.69, 5.58),
+              (triple{102.24965809832796, 216.79950087347146, 58.86897928624905}));
+    EXPECT_EQ(unproject(camera, 327.6, 442.6, 16.8),
+              (triple{4.145192891915875, 1.0787428443527827, 15.433818908526984}));
+    EXPECT_EQ(unproject(camera, 581.9, 43.1, 67.2),
+              (triple{1.752516363035618, -1.2609223477248326, 4.656105976428959}));
+    EXPECT_EQ(camera.switch_disp_to_z(17.3), 14.227976878612715);
+}
+
 TEST(CameraExtrinsics, OffsetsAreThePositionAndRotateAfterIt) {
     const stream_capture errors(std::cerr);
     Camera camera = pinhole();
@@ -215,16 +234,21 @@ TEST(CameraExtrinsics, Quaternions) {
 
 TEST(CameraExtrinsics, AMatrixThatIsNoRotationThrows) {
     const stream_capture errors(std::cerr);
-    const std::string sentence =
-        "Rotation matrix (or it's inverse) didn't have determinant of 1. Determinants were ";
     Camera camera = turned();
-    try {
+    // The sign of a NaN is the processor's choice.
+    const auto expect_report = [&](const char* setter, const std::function<void()>& action) {
+        const auto determinants = [](const char* value) {
+            return std::string(
+                       "Rotation matrix (or it's inverse) didn't have determinant of 1. Determinants were ") +
+                   value + " and " + value;
+        };
+        EXPECT_TRUE(throws_report(action, "Camera", setter, determinants("nan")) ||
+                    throws_report(action, "Camera", setter, determinants("-nan")));
+    };
+    expect_report("Camera::set_extrinsics(", [&] { camera.set_extrinsics({nan_value, 0, 0, 1, 2, 3}); });
+    expect_report("set_extrinsics_quaternion(", [&] {
         camera.set_extrinsics_quaternion({0, 0, 0, 0, 1, 2, 3});
-        ADD_FAILURE() << "no exception";
-    } catch (const zorv::exception_l& e) {
-        EXPECT_NE(std::string(e.what()).find("set_extrinsics_quaternion"), std::string::npos);
-        EXPECT_NE(std::string(e.what()).find(sentence), std::string::npos);
-    }
+    });
     EXPECT_EQ(camera.get_extrinsics().back(), 3);
     // The new rotation is in force, so no point has a position any more.
     double x = 1;
@@ -232,8 +256,6 @@ TEST(CameraExtrinsics, AMatrixThatIsNoRotationThrows) {
     double z = 1;
     camera.apply_extrinsic(x, y, z);
     EXPECT_TRUE(std::isnan(x));
-    // The position is the old one: a good rotation by itself brings no new one before its own is stored.
-    EXPECT_THROW(camera.set_extrinsics({nan_value, 0, 0, 1, 2, 3}), zorv::exception_l);
 
     // Without a position from before, a camera whose rotation failed has no extrinsics at all.
     Camera fresh = pinhole();
@@ -285,25 +307,30 @@ TEST(Camera, ValuesAndText) {
 }
 
 TEST(Camera, VoxelWidthsProjectTwice) {
-    // u, v, d of (0, 0, 2) are 320, 160, 32, whose neighbours all lie far outside as world points.
-    const Three_d_point none = pinhole().voxel_widths(0, 0, 2);
-    EXPECT_TRUE(std::isnan(none.x) && std::isnan(none.y) && std::isnan(none.z));
-
-    // A camera of low resolution, so that image positions are points in front of it.
+    // Of low resolution, so that image positions are points in front of the camera.
     Camera small;
     small.set_camera_params(0.5, 0.5, 1, 1, 4);
     small.set_resolution(8, 8);
-    const triple centre = project(small, 0, 0, 2);
-    ASSERT_EQ(centre, (triple{4, 4, 16}));
-    const Three_d_point widths = small.voxel_widths(0, 0, 2);
-    const auto mean = [&](triple p, triple q, double triple::*field) {
-        const triple a = project(small, p.a, p.b, p.c);
-        const triple b = project(small, q.a, q.b, q.c);
-        return (a.*field + b.*field) / 2;
+    struct {
+        Camera camera;
+        triple point;
+        triple expected;
+    } const cases[] = {
+        // The neighbours of (320, 160, 32) all lie far outside as world points.
+        {pinhole(), {0, 0, 2}, {nan_value, nan_value, nan_value}},
+        // Those of (4, 4, 16) are all inside.
+        {small, {0, 0, 2}, {6, 6, (32.0 / 17 + 32.0 / 15) / 2}},
+        // Of (6, 4, 16), only the left and the nearer one; of (4, 7, 16), only the upper one.
+        {small, {0.5, 0, 2}, {6.5, 6, 32.0 / 17}},
+        {small, {0, 0.75, 2}, {nan_value, 7, nan_value}},
     };
-    EXPECT_EQ(widths.x, mean({3, 4, 16}, {5, 4, 16}, &triple::a));
-    EXPECT_EQ(widths.y, mean({4, 3, 16}, {4, 5, 16}, &triple::b));
-    EXPECT_EQ(widths.z, mean({4, 4, 17}, {4, 4, 15}, &triple::c));
+    const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+    for (const auto& c : cases) {
+        const Three_d_point widths = c.camera.voxel_widths(c.point.a, c.point.b, c.point.c);
+        EXPECT_TRUE(same(widths.x, c.expected.a) && same(widths.y, c.expected.b) &&
+                    same(widths.z, c.expected.c))
+            << widths << " at " << c.point;
+    }
 }
 
 TEST(Camera, InnerLoopsAllocateNothing) {

@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <future>
 #include <opencv2/highgui.hpp>
 #include <sstream>
 #include <string>
@@ -64,42 +65,25 @@ protected:
     }
 };
 
-/// Presses a key in the window once it is there.
-class key_presser {
-public:
-    explicit key_presser(const std::string& title)
-        : thread_([this, title] {
-              const std::string id = wait_for_window(title);
-              if (id.empty()) {
-                  std::fputs("no window to press a key in\n", stderr);
-                  std::abort();  // the caller waits for a key that nobody will press
-              }
-              output_of("xdotool mousemove --window " + id + " 20 20");
-              pressing_ = std::chrono::steady_clock::now();
-              output_of("xdotool key --delay 50 space");
-          }) {}
-    ~key_presser() { join(); }
-    void join() {
-        if (thread_.joinable()) {
-            thread_.join();
-        }
+/// Presses a key in the window once it is there, and tells when that was.
+std::chrono::steady_clock::time_point press_key(const std::string& title) {
+    const std::string id = wait_for_window(title);
+    if (id.empty()) {
+        std::fputs("no window to press a key in\n", stderr);
+        std::abort();  // the caller waits for a key that nobody will press
     }
-
-    std::chrono::steady_clock::time_point pressing() const { return pressing_; }
-
-private:
-    std::chrono::steady_clock::time_point pressing_;
-    std::thread thread_;
-};
+    output_of("xdotool mousemove --window " + id + " 20 20");
+    const auto now = std::chrono::steady_clock::now();
+    output_of("xdotool key --delay 50 space");
+    return now;
+}
 
 TEST_F(Display, ImagescShowsTheImageAndDoesNotWait) {
     cv::Mat image(150, 320, CV_8UC3);
     cv::randu(image, cv::Scalar::all(0), cv::Scalar::all(255));
     imagesc("zorv imagesc", image);
-    for (int i = 0; i < 100 && find_window("zorv imagesc").empty(); ++i) {
-        cv::waitKey(10);
-    }
-    EXPECT_NE(find_window("zorv imagesc"), "");
+    cv::waitKey(100);
+    EXPECT_NE(wait_for_window("zorv imagesc"), "");
     cv::destroyWindow("zorv imagesc");
     EXPECT_TRUE(gone("zorv imagesc"));
 }
@@ -110,15 +94,14 @@ TEST_F(Display, CheckImageWaitsForAKeyAndClosesItsWindow) {
     IplImage header = cvIplImage(image);
     for (const bool old_type : {false, true}) {
         SCOPED_TRACE(old_type);
-        key_presser keys("Image check");
+        auto pressing = std::async(std::launch::async, press_key, "Image check");
         if (old_type) {
             check_image(&header);
         } else {
             check_image(image);
         }
         const auto returned = std::chrono::steady_clock::now();
-        keys.join();
-        EXPECT_GT(returned, keys.pressing());
+        EXPECT_GT(returned, pressing.get());
         EXPECT_TRUE(gone("Image check"));
     }
 }

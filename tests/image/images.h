@@ -5,51 +5,55 @@
 
 #include "zorv_tools/image/internal/ipl_image.h"
 
-/// An image of unsigned bytes with the given rows of elements; its rows are padded, and the padding is 77.
-inline zorv::internal::ipl_image_ptr bytes_image(const std::vector<std::vector<int>>& rows,
-                                                 int channels = 1) {
-    const int width = static_cast<int>(rows.at(0).size()) / channels;
-    zorv::internal::ipl_image_ptr image(
-        cvCreateImage(cvSize(width, static_cast<int>(rows.size())), IPL_DEPTH_8U, channels));
-    for (int y = 0; y < image->height; ++y) {
-        unsigned char* row = zorv::internal::row_bytes(image.get(), y);
-        std::fill(row, row + image->widthStep, static_cast<unsigned char>(77));
-        for (std::size_t i = 0; i < rows[static_cast<std::size_t>(y)].size(); ++i) {
-            row[i] = static_cast<unsigned char>(rows[static_cast<std::size_t>(y)][i]);
+using byte_rows = std::vector<std::vector<int>>;
+
+/// An `IplImage` of a test, which functions may replace.
+class test_image {
+public:
+    /// Unsigned bytes in rows that are padded with 77.
+    explicit test_image(const byte_rows& rows, int channels = 1)
+        : test_image(static_cast<int>(rows[0].size()) / channels, static_cast<int>(rows.size()), IPL_DEPTH_8U,
+                     channels) {
+        for (int y = 0; y < image_->height; ++y) {
+            unsigned char* row = zorv::internal::row_bytes(image_, y);
+            std::fill(row, row + image_->widthStep, static_cast<unsigned char>(77));
+            std::copy(rows[static_cast<std::size_t>(y)].begin(), rows[static_cast<std::size_t>(y)].end(),
+                      row);
         }
     }
-    return image;
-}
-
-/// One channel, each element from its position.
-inline zorv::internal::ipl_image_ptr bytes_image(int width, int height,
-                                                 const std::function<int(int, int)>& value) {
-    std::vector<std::vector<int>> rows(static_cast<std::size_t>(height));
-    for (int y = 0; y < height; ++y) {
-        for (int x = 0; x < width; ++x) {
-            rows[static_cast<std::size_t>(y)].push_back(value(x, y));
+    /// One channel of bytes, each from its position.
+    test_image(int width, int height, const std::function<int(int, int)>& value)
+        : test_image(width, height, IPL_DEPTH_8U, 1) {
+        for (int y = 0; y < height; ++y) {
+            for (int x = 0; x < width; ++x) {
+                zorv::internal::row_bytes(image_, y)[x] = static_cast<unsigned char>(value(x, y));
+            }
         }
     }
-    return bytes_image(rows);
-}
-
-/// The rows of elements of an 8-bit image, whatever its region of interest.
-inline std::vector<std::vector<int>> bytes_of(const IplImage* image) {
-    std::vector<std::vector<int>> rows;
-    for (int y = 0; y < image->height; ++y) {
-        const unsigned char* row = zorv::internal::row_bytes(image, y);
-        rows.emplace_back(row, row + image->width * image->nChannels);
+    test_image(int width, int height, unsigned int depth, int channels, double value = 0.0)
+        : image_(cvCreateImage(cvSize(width, height), static_cast<int>(depth), channels)) {
+        cvSet(image_, cvScalarAll(value));
     }
-    return rows;
-}
+    ~test_image() { cvReleaseImage(&image_); }
+    test_image(const test_image&) = delete;
+    test_image& operator=(const test_image&) = delete;
 
-inline std::vector<int> region_of(const IplImage* image) {
-    if (!image->roi) {
-        return {};
+    operator IplImage*&() { return image_; }
+    IplImage* operator->() { return image_; }
+
+    /// The elements, whatever the region of interest.
+    byte_rows bytes() const {
+        byte_rows rows;
+        for (int y = 0; y < image_->height; ++y) {
+            const unsigned char* row = zorv::internal::row_bytes(image_, y);
+            rows.emplace_back(row, row + image_->width * image_->nChannels);
+        }
+        return rows;
     }
-    return {image->roi->xOffset, image->roi->yOffset, image->roi->width, image->roi->height};
-}
+    cv::Size size() const { return {image_->width, image_->height}; }
+    /// Empty where none is set.
+    cv::Rect region() const { return image_->roi ? cv::Rect(cvGetImageROI(image_)) : cv::Rect(); }
 
-inline std::vector<int> numbers(const CvRect& rect) {
-    return {rect.x, rect.y, rect.width, rect.height};
-}
+private:
+    IplImage* image_;
+};

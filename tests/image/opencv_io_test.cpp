@@ -29,103 +29,71 @@ TEST(OpencvIo, WritesEachTypeInItsForm) {
     EXPECT_EQ(out.str(), " (1,-2,3,4) |(1,-2,3,4)|(640,480)|(640,480,8,3)|(1,2,-2147483640,1)");
 }
 
-struct reading {
-    std::vector<int> fields;
-    std::string error;
-    std::string rest;
-};
+std::string text_of(const std::vector<int>& fields) {
+    std::string text;
+    for (const int field : fields) {
+        text += std::to_string(field) + " ";
+    }
+    return text;
+}
+std::string fields_of(const cv::Rect& r) {
+    return text_of({r.x, r.y, r.width, r.height});
+}
+std::string fields_of(const CvRect& r) {
+    return text_of({r.x, r.y, r.width, r.height});
+}
+std::string fields_of(const IplImage& i) {
+    return text_of({i.width, i.height, i.depth, i.nChannels});
+}
+std::string fields_of(const cv::Size& s) {
+    return text_of({s.width, s.height});
+}
 
-/// What reading `text` into a value whose fields are 7, 8, 9, 10 leaves.
+/// The fields, the error and the rest of the stream that reading `text` into `value` leaves.
 template <class T>
-reading read(const std::string& text, T value, const std::function<std::vector<int>(const T&)>& fields) {
+std::string read(const std::string& text, T value) {
     std::istringstream in(text);
-    reading result;
+    std::string error, rest;
     try {
         in >> value;
     } catch (const std::logic_error& e) {
-        result.error = e.what();
+        error = e.what();
     }
-    result.fields = fields(value);
     in.clear();
-    std::getline(in, result.rest, '\0');
-    return result;
+    std::getline(in, rest, '\0');
+    return fields_of(value) + "|" + error + "|" + rest;
 }
 
-reading read_cv_rect(const std::string& text) {
-    return read<cv::Rect>(text, {7, 8, 9, 10}, [](const cv::Rect& r) {
-        return std::vector<int>{r.x, r.y, r.width, r.height};
-    });
-}
-
-reading read_rect(const std::string& text) {
-    return read<CvRect>(text, cvRect(7, 8, 9, 10), [](const CvRect& r) {
-        return std::vector<int>{r.x, r.y, r.width, r.height};
-    });
-}
-
-reading read_image(const std::string& text) {
-    return read<IplImage>(text, header_of(7, 8, 9, 10), [](const IplImage& i) {
-        return std::vector<int>{i.width, i.height, i.depth, i.nChannels};
-    });
-}
-
-reading read_size(const std::string& text) {
-    return read<cv::Size>(text, {7, 8}, [](const cv::Size& s) {
-        return std::vector<int>{s.width, s.height};
-    });
+std::string stray(const std::string& character, int field) {
+    return " input operator : non numeric character " + character + " found when processing param " +
+           std::to_string(field) + " (only integers are allowed)\n|";
 }
 
 TEST(OpencvIo, ReadersCheckTheTextAndZeroTheFields) {
-    const std::vector<int> old{7, 8, 9, 10}, zeros{0, 0, 0, 0};
-    struct {
-        reading (*read)(const std::string&);
-        std::string text;
-        std::vector<int> fields;
-        std::string error;
-        std::string rest;
-    } const cases[] = {
-        {read_cv_rect, "(10,20,30,40)", zeros, "", ""},
-        {read_image, "\n ( 1 , 2,3 ,4 ) x", zeros, "", " x"},
-        {read_rect, "(1,2,3,4,5)", zeros, "", "5)"},
-        {read_rect, ")(1,2,3,4)", old, "CvRect input operator : first char was ) not (\n", "(1,2,3,4)"},
-        {read_image, "[1,2,3,4)", old, "IplImage input operator : first char was [ not (\n", "1,2,3,4)"},
-        {read_cv_rect,
-         "(1,-2,3,4)",
-         {0, 8, 9, 10},
-         "cv::Rect input operator : non numeric character - found when processing param 1 (only integers are "
-         "allowed)\n",
-         "2,3,4)"},
-        {read_image,
-         "(1)2,3,\xe9",
-         {0, 0, 0, 10},
-         "IplImage input operator : non numeric character \xe9 found when processing param 3 (only integers are "
-         "allowed)\n",
-         ""},
-        // a size reads four fields as well, of which the last two are dropped
-        {read_size, "(640,480),,8", {0, 0}, "", "8"},
-        {read_size, "(640,480)", {0, 0}, "", ""},
-        {read_size,
-         "(640,480) x",
-         {0, 0},
-         "cv::Size input operator : non numeric character x found when processing param 2 (only integers are "
-         "allowed)\n",
-         ""},
-        // an early end is no failure; a separator at the very end counts twice, a digit does not
-        {read_cv_rect, "", old, "cv::Rect input operator : first char was   not (\n", ""},
-        {read_cv_rect, "(", old, "", ""},
-        {read_cv_rect, "(1", old, "", ""},
-        {read_cv_rect, "(1,22", {0, 8, 9, 10}, "", ""},
-        {read_cv_rect, "(1,", {0, 0, 9, 10}, "", ""},
-        {read_cv_rect, "(1,2)", {0, 0, 0, 10}, "", ""},
-        {read_size, "  \n ", {7, 8}, "cv::Size input operator : first char was   not (\n", ""},
-    };
-    for (const auto& c : cases) {
-        SCOPED_TRACE(c.text);
-        const reading result = c.read(c.text);
-        EXPECT_EQ(result.fields, c.fields);
-        EXPECT_EQ(result.error, c.error);
-        EXPECT_EQ(result.rest, c.rest);
-    }
+    const auto rect = [](const std::string& text) { return read(text, cvRect(7, 8, 9, 10)); };
+    const auto cv_rect = [](const std::string& text) { return read(text, cv::Rect(7, 8, 9, 10)); };
+    const auto size = [](const std::string& text) { return read(text, cv::Size(7, 8)); };
+    const auto image = [](const std::string& text) { return read(text, header_of(7, 8, 9, 10)); };
+    const std::string first = " input operator : first char was ";
+
+    EXPECT_EQ(cv_rect("(10,20,30,40)"), "0 0 0 0 ||");
+    EXPECT_EQ(image("\n ( 1 , 2,3 ,4 ) x"), "0 0 0 0 || x");
+    EXPECT_EQ(rect("(1,2,3,4,5)"), "0 0 0 0 ||5)");
+    EXPECT_EQ(rect(")(1,2,3,4)"), "7 8 9 10 |CvRect" + first + ") not (\n|(1,2,3,4)");
+    EXPECT_EQ(image("[1,2,3,4)"), "7 8 9 10 |IplImage" + first + "[ not (\n|1,2,3,4)");
+    EXPECT_EQ(cv_rect("(1,-2,3,4)"), "0 8 9 10 |cv::Rect" + stray("-", 1) + "2,3,4)");
+    EXPECT_EQ(image("(1)2,3,\xe9"), "0 0 0 10 |IplImage" + stray("\xe9", 3));
+    // a size reads four fields as well, of which the last two are dropped
+    EXPECT_EQ(size("(640,480),,8"), "0 0 ||8");
+    EXPECT_EQ(size("(640,480)"), "0 0 ||");
+    EXPECT_EQ(size("(640,480) x"), "0 0 |cv::Size" + stray("x", 2));
+    // an early end is no failure; a separator at the very end counts twice, a digit does not
+    EXPECT_EQ(cv_rect(""), "7 8 9 10 |cv::Rect" + first + "  not (\n|");
+    EXPECT_EQ(size("  \n "), "7 8 |cv::Size" + first + "  not (\n|");
+    EXPECT_EQ(cv_rect("("), "7 8 9 10 ||");
+    EXPECT_EQ(cv_rect("(1,22"), "0 8 9 10 ||");
+    EXPECT_EQ(cv_rect("(1,"), "0 0 9 10 ||");
+    EXPECT_EQ(cv_rect("(1,2)"), "0 0 0 10 ||");
 }
 
 TEST(OpencvIo, ReadersFollowTheStreamsStateAndFlags) {

@@ -16,6 +16,7 @@
 #include <ostream>
 #include <vector>
 
+#include "zorv_tools/core/double_pair.h"
 #include "zorv_tools/core/exception_l.h"
 #include "zorv_tools/core/export.h"
 #include "zorv_tools/core/matrix.h"
@@ -115,6 +116,8 @@ private:
     bool take_extrinsics(const std::vector<double>& values, std::size_t count);
     void set_pose(const matrix<double>& new_rotation, const double* position, const code_location& caller);
 
+    /// Brings the two copies by columns in step with their matrices.
+    void copy_columns();
     void init_projection(configuration& settings, unsigned int index, const std::vector<double>& entry,
                          const code_location& caller);
 
@@ -139,6 +142,10 @@ private:
     int x_offset = 0;
     int y_offset = 0;
     bool uses_proj_mats = false;
+    /// `proj_mat` and `camera_space_transform` again by columns, the former with a fourth row of zeros, so that
+    /// a projection can work on two sums at once.
+    double proj_mat_columns[4][4] = {};
+    double camera_space_transform_columns[4][4] = {};
 };
 
 /// Five lines: a fixed first one, then the intrinsics. Nothing of the extrinsics or the projection matrices.
@@ -166,6 +173,18 @@ inline void multiply(const matrix<double>& m, const double (&in)[Cols], double (
             sum += elements[i * Cols + j] * in[j];
         }
         out[i] = sum;
+    }
+}
+
+/// The same for a matrix given by columns, two rows at a time. Compilers do not find that out by themselves.
+inline void multiply(const double (&columns)[4][4], const double (&in)[4], double (&out)[4]) {
+    for (int i = 0; i < 4; i += 2) {
+        double_pair sums = {};
+        for (int j = 0; j < 4; ++j) {
+            sums = sums + pair_at(&columns[j][i]) * in[j];
+        }
+        out[i] = sums[0];
+        out[i + 1] = sums[1];
     }
 }
 
@@ -231,9 +250,9 @@ inline void Camera::project_by_matrix(double x, double y, double z, double& u, d
     apply_extrinsic(x, y, z);
     const double point[4] = {x, y, z, 1};
     double transformed[4];
-    internal::multiply(camera_space_transform, point, transformed);
-    double image[3];
-    internal::multiply(proj_mat, transformed, image);
+    internal::multiply(camera_space_transform_columns, point, transformed);
+    double image[4];
+    internal::multiply(proj_mat_columns, transformed, image);
     if (image[2] != 0.0) {
         const double column = image[0] / image[2] - x_offset;
         const double row = image[1] / image[2] - y_offset;

@@ -61,6 +61,17 @@ void Camera::init(configuration& settings, unsigned int index) {
     }
 }
 
+void Camera::copy_columns() {
+    for (unsigned int j = 0; j < 4; ++j) {
+        for (unsigned int i = 0; i < proj_mat.get_dim1(); ++i) {
+            proj_mat_columns[j][i] = proj_mat[i][j];
+        }
+        for (unsigned int i = 0; i < camera_space_transform.get_dim1(); ++i) {
+            camera_space_transform_columns[j][i] = camera_space_transform[i][j];
+        }
+    }
+}
+
 void Camera::init_projection(configuration& settings, unsigned int index, const std::vector<double>& entry,
                              const code_location& caller) {
     const auto fail = [&caller](const auto&... pieces) {
@@ -68,6 +79,12 @@ void Camera::init_projection(configuration& settings, unsigned int index, const 
         (sentence << ... << pieces);
         throw_exception_l(caller, sentence.str());
     };
+
+    // Also where an entry fails part-way: what has been filled by then is in force.
+    struct columns_kept_in_step {
+        Camera& camera;
+        ~columns_kept_in_step() { camera.copy_columns(); }
+    } const keeper{*this};
 
     proj_mat.set_size(3, 4);
     proj_mat = entry;

@@ -192,11 +192,7 @@ Picture join_rounds(std::vector<Picture> pictures, JoinPair join_pair) {
 }
 
 std::vector<layout> layouts_of(const std::vector<cv::Mat>& images) {
-    std::vector<layout> layouts;
-    for (const cv::Mat& image : images) {
-        layouts.emplace_back(image);
-    }
-    return layouts;
+    return {images.begin(), images.end()};
 }
 
 }  // namespace
@@ -281,7 +277,7 @@ const cv::Mat join_images_unordered(const std::vector<cv::Mat>& images, bool, bo
 }
 
 void image_title(cv::Mat& image, const std::string& title, int font_face, double font_scale,
-                 cv::Scalar_<double> colour) {
+                 cv::Scalar_<double> colour) {  // NOLINT(performance-unnecessary-value-param)
     constexpr int thickness = 1;
     int baseline = 0;
     const cv::Size text = cv::getTextSize(title, font_face, font_scale, thickness, &baseline);

@@ -16,15 +16,17 @@ namespace {
 
 using image_list = std::vector<IplImage*>;
 
+// The place is made first, so that nothing is lost where there is no memory for it.
+
 void append_set(std::vector<image_list*>& pyramid) {
     auto set = std::make_unique<image_list>();
-    pyramid.push_back(set.get());
-    set.release();
+    pyramid.push_back(nullptr);
+    pyramid.back() = set.release();
 }
 
 void append_image(image_list& set, internal::ipl_image_ptr image) {
-    set.push_back(image.get());
-    image.release();
+    set.push_back(nullptr);
+    set.back() = image.release();
 }
 
 double power(double base, unsigned int exponent) {

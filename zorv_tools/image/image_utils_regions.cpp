@@ -13,14 +13,17 @@ namespace zorv {
 
 namespace {
 
-/// In 64 bits, which no step of the clipping can leave: with them each rule holds at most a few times, and
-/// the clipping of any four numbers comes to an end.
+/// A rectangle by axis: first across, then down. In 64 bits, which no step of the clipping can leave: with them
+/// each rule holds at most a few times, and the clipping of any four numbers comes to an end.
 struct wide_rect {
-    explicit wide_rect(const CvRect& rect) : x(rect.x), y(rect.y), width(rect.width), height(rect.height) {}
+    explicit wide_rect(const CvRect& rect) : start{rect.x, rect.y}, size{rect.width, rect.height} {}
 
-    CvRect clamped() const { return cvRect(clamp(x), clamp(y), clamp(width), clamp(height)); }
+    CvRect clamped() const {
+        return cvRect(clamp(start[0]), clamp(start[1]), clamp(size[0]), clamp(size[1]));
+    }
 
-    std::int64_t x, y, width, height;
+    std::int64_t start[2];
+    std::int64_t size[2];
 
 private:
     static int clamp(std::int64_t value) {
@@ -32,38 +35,39 @@ private:
 /// Applies the first rule that matches; false when none does. `s` is the region of the source, `d` that of the
 /// destination.
 bool clip_once(const IplImage& source, const IplImage& dest, wide_rect& s, wide_rect& d) {
-    if (s.x < 0) {
-        s.width += s.x;
-        d.width += s.x;
-        d.x -= s.x;
-        s.x = 0;
-    } else if (s.y < 0) {
-        s.height += s.y;
-        d.height += s.y;
-        d.y -= s.y;
-        s.y = 0;
-    } else if (s.x + s.width > source.width) {
-        d.width = s.width = source.width - s.x;
-    } else if (s.y + s.height > source.height) {
-        d.height = s.height = source.height - s.y;
-    } else if (d.x < 0) {
-        d.width += d.x;
-        s.width += d.x;
-        s.y -= d.y;  // y and not x: the asymmetry with the next rule is part of the behaviour
-        d.x = 0;
-    } else if (d.y < 0) {
-        d.height += d.y;
-        s.height += d.y;
-        s.y -= d.y;
-        d.y = 0;
-    } else if (d.x + d.width > dest.width) {
-        s.width = d.width = dest.width - d.x;
-    } else if (d.y + d.height > dest.height) {
-        s.height = d.height = dest.height - d.y;
-    } else {
-        return false;
+    const std::int64_t source_size[] = {source.width, source.height};
+    const std::int64_t dest_size[] = {dest.width, dest.height};
+    for (const int axis : {0, 1}) {
+        if (s.start[axis] < 0) {
+            s.size[axis] += s.start[axis];
+            d.size[axis] += s.start[axis];
+            d.start[axis] -= s.start[axis];
+            s.start[axis] = 0;
+            return true;
+        }
     }
-    return true;
+    for (const int axis : {0, 1}) {
+        if (s.start[axis] + s.size[axis] > source_size[axis]) {
+            d.size[axis] = s.size[axis] = source_size[axis] - s.start[axis];
+            return true;
+        }
+    }
+    for (const int axis : {0, 1}) {
+        if (d.start[axis] < 0) {
+            d.size[axis] += d.start[axis];
+            s.size[axis] += d.start[axis];
+            s.start[1] -= d.start[1];  // down, also where the rule is about across: this is meant
+            d.start[axis] = 0;
+            return true;
+        }
+    }
+    for (const int axis : {0, 1}) {
+        if (d.start[axis] + d.size[axis] > dest_size[axis]) {
+            s.size[axis] = d.size[axis] = dest_size[axis] - d.start[axis];
+            return true;
+        }
+    }
+    return false;
 }
 
 int as_size(std::int64_t value) {

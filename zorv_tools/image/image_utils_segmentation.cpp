@@ -57,7 +57,8 @@ void cut(IplImage* image, const IplImage* mask, const depth_band& band) {
     const CvRect common =
         cvRect(0, 0, std::min(image->width, mask->width), std::min(image->height, mask->height));
     const auto width = static_cast<std::size_t>(common.width);
-    const auto bytes_per_pixel = static_cast<std::size_t>(image->nChannels * ((image->depth & 255) / 8));
+    const auto bytes_per_pixel =
+        static_cast<std::size_t>(image->nChannels) * (static_cast<std::size_t>(image->depth & 255) / 8);
     std::vector<unsigned char> marks(width);
     internal::for_each_row(image, common, [&](unsigned char* row, int y) {
         band.mark(internal::row_bytes(mask, y), width, marks.data());

@@ -163,6 +163,7 @@ cv::Mat image_normalise(cv::Mat& image) {
     std::vector<cv::Mat> channels;
     cv::split(image, channels);
     std::vector<span> spans;
+    spans.reserve(channels.size());
     for (const cv::Mat& channel : channels) {
         spans.push_back(span_of(channel));
     }
