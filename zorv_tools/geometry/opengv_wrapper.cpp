@@ -57,7 +57,7 @@ bearingVectors_t to_bearings(const matrix<double>& image_points, const matrix<do
 
 // The solver multiplies coordinates with one another, and loses its pivots where they are out of all proportion
 // to the unit quaternions that it solves for.
-constexpr double largest_coordinate = 1e30;
+constexpr double largest_coordinate = 1e12;
 
 /// Whether all vectors lie on one line through `origin`, up to rounding.
 template <class Vectors>

@@ -15,7 +15,7 @@
 /// - the two lists of points differ in length, or hold fewer than three points;
 /// - `camera_matrix` is not 3 by 3;
 /// - a world point or a ray through an image point is not finite, as with an all-zero `camera_matrix`, or the
-///   points' coordinates or spread are beyond 1e30 or below 1e-30;
+///   points' coordinates or spread are beyond 1e12 or below 1e-12;
 /// - all world points lie on one line or all rays coincide, which leaves the pose open.
 ///
 /// Three and four points are solved less surely than five and more. Where the axes of the camera or of the world
