@@ -80,11 +80,14 @@ TEST(IntToStr, PadsWithZeros) {
 }
 
 TEST(IntToStr, RefusesWhatIsTooLong) {
-    for (const auto& [value, digits] : {std::pair{1000, 3}, std::pair{1, 0}, std::pair{2000000000, 10}}) {
-        const std::string sentence = "zorv_utils::int_to_str() : input number " + std::to_string(value) +
-                                     " is too large to be represented by " + std::to_string(digits) +
+    struct {
+        int value, digits;
+    } const cases[] = {{1000, 3}, {1, 0}, {2000000000, 10}};
+    for (const auto& c : cases) {
+        const std::string sentence = "zorv_utils::int_to_str() : input number " + std::to_string(c.value) +
+                                     " is too large to be represented by " + std::to_string(c.digits) +
                                      " as requested.";
-        EXPECT_REPORT(int_to_str(value, digits), "IO_helpers", "int_to_str(int, int)", sentence);
+        EXPECT_REPORT(int_to_str(c.value, c.digits), "IO_helpers", "int_to_str(int, int)", sentence);
     }
 }
 
