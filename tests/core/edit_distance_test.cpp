@@ -44,7 +44,7 @@ TEST(Levenshtein, KnownWords) {
 TEST(Levenshtein, AgreesWithTheTableAtAllLengths) {
     std::mt19937 random(1);
     // Lengths about the multiples of 64 matter, and few letters make many equal ones.
-    for (const std::size_t length : {1, 63, 64, 65, 127, 128, 129, 200}) {
+    for (const std::size_t length : std::vector<std::size_t>{1, 63, 64, 65, 127, 128, 129, 200}) {
         for (int repeat = 0; repeat < 20; ++repeat) {
             std::string a(length, 'a');
             std::string b(1 + random() % 200, 'a');

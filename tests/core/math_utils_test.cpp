@@ -123,10 +123,10 @@ TEST(Sample, PrintsItsFields) {
     record.location = "a.avi";
     record.frame = -1;
     record.x1 = 1;
-    record.x2 = 2;
+    record.x2 = 20;
     record.y1 = 3;
     record.y2 = 4;
     std::ostringstream out;
-    out << record;
-    EXPECT_EQ(out.str(), "sample=a.avi|-1|1|2|3|4");
+    out << std::hex << record;
+    EXPECT_EQ(out.str(), "sample=a.avi|-1|1|20|3|4");
 }

@@ -198,22 +198,22 @@ private:
 
     /// Adds the edges of `of` that lie inside `in`, weighted by the winding number of `in` there.
     void add_inside_edges(const polygon& of, const polygon& in) {
-        Int winding = 0;
+        wrapping winding = 0;
         const scaled_vertex& start = of[0];
         for (std::size_t c = 0; c + 1 < in.size(); ++c) {
             if (in[c].x_min < start.ix && start.ix < in[c].x_max) {
                 const bool up = 0 < signed_area(start, in[c], in[c + 1]);
                 const bool rightward = in[c].ix < in[c + 1].ix;
                 if (up == rightward) {
-                    winding += up ? -1 : 1;
+                    winding += up ? ~wrapping(0) : wrapping(1);
                 }
             }
         }
         for (std::size_t j = 0; j + 1 < of.size(); ++j) {
             if (winding != 0) {
-                add_trapezoid(of[j], of[j + 1], winding);
+                add_trapezoid(of[j], of[j + 1], static_cast<Int>(winding));
             }
-            winding += of[j].crossings;
+            winding += widen(of[j].crossings);
         }
     }
 
