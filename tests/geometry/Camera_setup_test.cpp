@@ -146,7 +146,8 @@ TEST(CameraInit, WarnsWithoutIntrinsicsAndGoesOn) {
 }
 
 TEST(CameraInit, ShortIntrinsicsChangeNothing) {
-    store s(lines{{"bumblebee_params", "0.5|0.5"}});
+    // A refused centre leaves an entry with that one number.
+    store s(lines{{"bumblebee_params", "2|0.5|1|1|100|100|0.5"}});
     Camera camera;
     camera.set_camera_params(1, 2, 3, 4, 5);
     EXPECT_THROW(camera.init(s, 0), std::out_of_range);
@@ -213,6 +214,15 @@ TEST(CameraInit, OneCameraCanBeOfBothKinds) {
     EXPECT_EQ(image(camera, 199, 12, 2), zeros);
     EXPECT_EQ(camera.get_baseline(), 0.5);
     EXPECT_EQ(errors.text(), "");
+
+    // Assignment leaves either kind what it is.
+    Camera assigned;
+    assigned = camera;
+    double x, y, z;
+    EXPECT_NO_THROW(assigned.unproject(1, 1, 1, x, y, z));
+    Camera target(camera);
+    target = assigned;
+    EXPECT_EQ(image(target, 8, 12, 2), (std::vector<double>{4, 6, 1}));
 }
 
 TEST(CameraInit, EntriesOfAWrongSizeFailPartWay) {
