@@ -92,13 +92,16 @@ TEST(CameraVector, FillsTheCamerasThatAreThereOverTheirOldContents) {
 }
 
 TEST(CameraVector, RefusesBothKinds) {
-    store both(lines{{"bumblebee_params", pinhole}, {"camera_proj_mats", identity_projection}});
-    std::vector<Camera> cameras(3);
-    EXPECT_REPORT(
-        create_camera_vector(cameras, both), "Camera", "create_camera_vector",
-        "Config file contains both bumblebee_params and camera_proj_mats. Don't know how to order these "
-        "so not handled (yet).");
-    EXPECT_EQ(cameras.size(), 3u);
+    // A refused matrix leaves a list too, an empty one.
+    for (const std::string& projection : {identity_projection, std::string("1|2")}) {
+        store both(lines{{"bumblebee_params", pinhole}, {"camera_proj_mats", projection}});
+        std::vector<Camera> cameras(3);
+        EXPECT_REPORT(
+            create_camera_vector(cameras, both), "Camera", "create_camera_vector",
+            "Config file contains both bumblebee_params and camera_proj_mats. Don't know how to order these "
+            "so not handled (yet).");
+        EXPECT_EQ(cameras.size(), 3u);
+    }
 }
 
 TEST(CameraVector, ExtrinsicsAreOneSequenceOfTwoLists) {
@@ -192,12 +195,7 @@ TEST(CameraInit, ProjectionCamerasNeedAllTheirEntries) {
         cameras[0].set_resolution(100, 100);
         EXPECT_EQ(image(cameras[0], 8, 12, 2), (std::vector<double>{2, 8, 1}));
         EXPECT_EQ(image(cameras[0], 8, 12, 0), zeros);
-        // Assignment does not make a camera a projection camera, copying does.
         EXPECT_EQ(image(Camera(cameras[0]), 8, 12, 2)[2], 1);
-        const stream_capture ignored(std::cerr);
-        Camera assigned;
-        assigned = cameras[0];
-        EXPECT_EQ(image(assigned, 8, 12, 2), zeros);
         EXPECT_EQ(count_allocations([&] { image(cameras[0], 8, 12, 2); }), 1u) << "the result vector alone";
     }
 }
