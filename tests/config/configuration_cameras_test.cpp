@@ -30,7 +30,7 @@ TEST(CameraKeys, LinesBecomeEntriesInOrder) {
         entries expected;
     } cases[] = {
         {"bumblebee_params",
-         {"0|1|1.5|2.5|640.9|480|0.12x", "0.5|0.5|1|1|1|1|0.25|9"},
+         {"0|1|1.5|2.5|640.9|480.9|0.12x", "0.5|0.5|1|1|1|1|0.25|9"},
          "",
          {{0, 1, 1.5, 2.5, 640, 480, 0.12}, {0.5, 0.5, 1, 1, 1, 1, 0.25}}},
         {"bumblebee_params",

@@ -15,35 +15,6 @@ using zorv::configuration;
 
 namespace {
 
-std::vector<string> words(const string& text) {
-    std::istringstream in(text);
-    std::vector<string> result;
-    for (string word; in >> word;) {
-        result.push_back(word);
-    }
-    return result;
-}
-
-/// A key's value as text, whatever its plain kind is.
-string text_of(const open_store& store, const string& key) {
-    const auto& record = store.parameters.at(static_cast<std::size_t>(store.index_of(key)));
-    std::ostringstream out;
-    switch (record.kind) {
-        case configuration::param_int:
-            out << *static_cast<int*>(record.value);
-            break;
-        case configuration::param_double:
-            out << *static_cast<double*>(record.value);
-            break;
-        case configuration::param_bool:
-            out << *static_cast<bool*>(record.value);
-            break;
-        default:
-            out << *static_cast<string*>(record.value);
-    }
-    return out.str();
-}
-
 /// The number at the start of a text, printed.
 string number_in(const string& text) {
     std::ostringstream out;

@@ -155,7 +155,8 @@ TEST(ConfigurationReader, ImportedFilesCountTheirOwnLines) {
 
 TEST(ConfigurationReader, UserKeysHoldAnyText) {
     open_store store;
-    EXPECT_EQ(warnings(store, {"__note=hello", "__note=bye", "__=x", "_note=x"}), unrecognised("_note", "x"));
+    EXPECT_EQ(warnings(store, {"__note=hello", "__note=bye", "__=x", "_note=x", "/note=x"}),
+              unrecognised("_note", "x") + unrecognised("/note", "x"));
     store.set_param(string("__cut\0tail", 10), "text");
     EXPECT_EQ(value_of<string>(store, "__note"), "bye");
     EXPECT_EQ(value_of<string>(store, "__"), "x");

@@ -66,6 +66,7 @@ TEST(StereoSetting, MeetsItsBoundsInOrder) {
          "back_and_forth parameter must be true or false, passed value was: True"},
         {"1|true|3|true|0|0|-1|-1", "width parameter less than 1, or more than 1024: 0"},
         {"1|true|3|true|1025|0|-1|-1", "width parameter less than 1, or more than 1024: 1025"},
+        {"1|true|3|true|1024|0|-1|-1", "height parameter less than 1, or more than 768: 0"},
         {"1|true|3|true|1024|769|-1|-1", "height parameter less than 1, or more than 768: 769"},
         {"1|true|3|true|100|768|101|-1", "max_disp must be positive, and less than the image width: 101"},
         {"1|true|3|true|100|768|-1|-1", "max_disp must be positive, and less than the image width: -1"},
@@ -93,6 +94,17 @@ TEST(StereoSetting, MeetsItsBoundsInOrder) {
     EXPECT_TRUE(s.edge_correlation_on);
     EXPECT_FALSE(s.back_and_forth_on);
     EXPECT_EQ(list[1].min_disp, 89);
+    // One field that differs makes a new entry.
+    EXPECT_EQ(warnings(store, {"stereo_setting=8|true|5|false|640|480|640|400",
+                               "stereo_setting=7|false|5|false|640|480|640|400",
+                               "stereo_setting=7|true|6|false|640|480|640|400",
+                               "stereo_setting=7|true|5|true|640|480|640|400",
+                               "stereo_setting=7|true|5|false|641|480|640|400",
+                               "stereo_setting=7|true|5|false|640|481|640|400",
+                               "stereo_setting=7|true|5|false|640|480|639|400",
+                               "stereo_setting=7|true|5|false|640|480|640|401"}),
+              "");
+    EXPECT_EQ(list.size(), 10u);
 }
 
 TEST(HaarSetting, MeetsItsBoundsInOrder) {
@@ -116,10 +128,13 @@ TEST(HaarSetting, MeetsItsBoundsInOrder) {
     }
     EXPECT_EQ(list_of<zorv::haar_setting>(store, "haar_setting"), nullptr);
     EXPECT_EQ(warnings(store, {"haar_setting=a|1.5|2|3|4|15", "haar_setting=a|1.50|2|3|4|15|x",
-                               "haar_setting=b|1.5|2|3|4|15", "haar_setting=|nan|1|1|1|0"}),
+                               "haar_setting=b|1.5|2|3|4|15", "haar_setting=|nan|1|1|1|0",
+                               "haar_setting=a|1|2|3|4|15", "haar_setting=a|1.5|1|3|4|15",
+                               "haar_setting=a|1.5|2|1|4|15", "haar_setting=a|1.5|2|3|1|15",
+                               "haar_setting=a|1.5|2|3|4|1"}),
               "WARNING: Repeated occurence of scale \"a|1.50|2|3|4|15|x\" found\n");
     const auto& list = *list_of<zorv::haar_setting>(store, "haar_setting");
-    ASSERT_EQ(list.size(), 3u);
+    ASSERT_EQ(list.size(), 8u);
     EXPECT_THAT(list[0], testing::FieldsAre("a", 1.5, 2, 3, 4, 15));
     EXPECT_EQ(list[1].cascade_loc, "b");
 }

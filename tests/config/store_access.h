@@ -2,6 +2,8 @@
 
 #include <initializer_list>
 #include <iostream>
+#include <iterator>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -53,6 +55,34 @@ T value_of(const zorv::configuration& store, const std::string& key) {
     T value{};
     store.get_param(key, value);
     return value;
+}
+
+/// A key's value as text: a plain one printed, a special one only as to whether it is null.
+inline std::string text_of(const open_store& store, const std::string& key) {
+    const auto& record = store.parameters.at(static_cast<std::size_t>(store.index_of(key)));
+    std::ostringstream out;
+    switch (record.kind) {
+        case zorv::configuration::param_int:
+            out << *static_cast<int*>(record.value);
+            break;
+        case zorv::configuration::param_double:
+            out << *static_cast<double*>(record.value);
+            break;
+        case zorv::configuration::param_bool:
+            out << *static_cast<bool*>(record.value);
+            break;
+        case zorv::configuration::param_string:
+            out << *static_cast<std::string*>(record.value);
+            break;
+        default:
+            out << (*static_cast<void**>(record.value) ? "object" : "null");
+    }
+    return out.str();
+}
+
+inline std::vector<std::string> words(const std::string& text) {
+    std::istringstream in(text);
+    return {std::istream_iterator<std::string>(in), std::istream_iterator<std::string>()};
 }
 
 /// The list of a special key. Null when no line made one.

@@ -102,3 +102,17 @@ TEST(ExceptionL, ForeignExceptionStartsAtDepthZero) {
     EXPECT_EQ(text, "foreign text\n");
     EXPECT_EQ(caught(outer, true).depth(), 1);
 }
+
+TEST(ExceptionL, NegativeDepthHasNoTabs) {
+    try {
+        try {
+            throw exception_l("text", -5);
+        }
+        ZORV_ADD_FRAME("frame")
+    } catch (const exception_l& e) {
+        EXPECT_EQ(e.depth(), -4);
+        std::string text = e.what();
+        EXPECT_TRUE(is_report(cut_lines(text, 3), "exception_l_test", "TestBody", "frame"));
+        EXPECT_EQ(text, "text\n");
+    }
+}

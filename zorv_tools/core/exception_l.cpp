@@ -1,12 +1,16 @@
 #include "zorv_tools/core/exception_l.h"
 
+#include <algorithm>
+#include <cstddef>
+
 namespace zorv {
 
 namespace {
 
 const std::string report(const code_location& location, const std::string& sentence, int tabs,
                          const char* cause) {
-    const std::string indent(static_cast<std::size_t>(tabs), '\t');
+    // A host may have built the exception with any depth; a negative one has no tabs.
+    const std::string indent(static_cast<std::size_t>(std::max(tabs, 0)), '\t');
     std::ostringstream text;
     text << indent << location.file << "(" << location.line << ")\n"
          << indent << location.function << "\n"
