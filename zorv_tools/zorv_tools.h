@@ -13,6 +13,7 @@
 #include "zorv_tools/core/index_vectors.h"
 #include "zorv_tools/core/ipow.h"
 #include "zorv_tools/core/math_functions.h"
+#include "zorv_tools/core/math_utils.h"
 #include "zorv_tools/core/matrix.h"
 #include "zorv_tools/core/near.h"
 #include "zorv_tools/core/opencv_c.h"
