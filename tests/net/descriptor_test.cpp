@@ -70,16 +70,6 @@ bool same_file(int first, int second) {
     return fstat(first, &a) == 0 && fstat(second, &b) == 0 && a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// Every operation there is on a socket that has been closed.
-void use_after_close(Socket& closed) {
-    closed.Close();
-    closed.SendBytes("astray");
-    closed.SendLine("astray");
-    EXPECT_EQ(closed.ReceiveBytes(), "");
-    EXPECT_EQ(closed.ReceiveLine(), "");
-    EXPECT_EQ(thrown_by([&] { SocketSelect(&closed, nullptr, NonBlocking); }), "char* Error in select");
-}
-
 }  // namespace
 
 TEST(Descriptors, AreNotInheritedAndOnlyAServerLosesOne) {
@@ -133,7 +123,6 @@ TEST(Descriptors, AClosedSocketLeavesWhoeverTookItsNumberAlone) {
 
         const int file = open("/dev/null", O_RDONLY);
         ASSERT_EQ(file, freed[0]);
-        use_after_close(*client);
         client.reset();
         EXPECT_NE(fcntl(file, F_GETFD), -1);
         close(file);
@@ -185,7 +174,7 @@ TEST(Descriptors, SecondClosesOfManyThreadsTouchNoFile) {
         thread.join();
     }
     EXPECT_EQ(damaged, 0);
-    EXPECT_TRUE(same_file(reference, reference));
+    EXPECT_NE(fcntl(reference, F_GETFD), -1);
     close(reference);
 }
 

@@ -14,6 +14,8 @@
 #include <unistd.h>
 #endif
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <stdexcept>
 #include <utility>
@@ -104,6 +106,16 @@ template struct window<&zorv::Socket::nofSockets_>;
 
 std::int32_t live_sockets() {
     return count_in_window();
+}
+
+void use_after_close(zorv::Socket& closed) {
+    closed.Close();
+    closed.SendBytes("astray");
+    closed.SendLine("astray");
+    EXPECT_EQ(closed.ReceiveBytes(), "");
+    EXPECT_EQ(closed.ReceiveLine(), "");
+    EXPECT_EQ(thrown_by([&] { zorv::SocketSelect(&closed, nullptr, zorv::NonBlocking); }),
+              "char* Error in select");
 }
 
 plain_socket::plain_socket(std::intptr_t number) : number_(number) {

@@ -87,6 +87,9 @@ inline std::string thrown_by(const std::function<void()>& action) {
     return "nothing";
 }
 
+/// Tries every operation there is on a socket that has been closed, a second close included.
+void use_after_close(zorv::Socket& closed);
+
 /// A server of the library on a port that was free.
 struct fresh_server {
     explicit fresh_server(zorv::TypeSocket type) {

@@ -23,7 +23,7 @@ const std::string localhost = "127.0.0.1";
 
 }  // namespace
 
-TEST(WriteFileToSocket, SendsTheFileUpToAZeroByte) {
+TEST(WriteFileToSocket, SendsFromWhereTheStreamStandsUpToAZeroByte) {
     std::string all_but_zero;
     for (int byte = 1; byte < 256; ++byte) {
         all_but_zero += static_cast<char>(byte);
@@ -38,7 +38,9 @@ TEST(WriteFileToSocket, SendsTheFileUpToAZeroByte) {
     const temporary_directory folder;
     plain_listener listener;
     for (const auto& [content, sent] : cases) {
-        std::ifstream file(folder.write("file", content), std::ios::binary);
+        std::ifstream file(folder.write("file", "before\n" + content), std::ios::binary);
+        std::string before;
+        std::getline(file, before);
         write_file_to_socket(file, localhost, listener.port());
         EXPECT_EQ(listener.accept().receive(1000), sent);
         EXPECT_TRUE(file.is_open());
@@ -46,16 +48,6 @@ TEST(WriteFileToSocket, SendsTheFileUpToAZeroByte) {
     std::ifstream closed;
     write_file_to_socket(closed, localhost, listener.port());
     EXPECT_TRUE(listener.accept().ended());
-}
-
-TEST(WriteFileToSocket, BeginsWhereTheStreamStands) {
-    const temporary_directory folder;
-    plain_listener listener;
-    std::ifstream file(folder.write("file", "first\nsecond"), std::ios::binary);
-    std::string line;
-    std::getline(file, line);
-    write_file_to_socket(file, localhost, listener.port());
-    EXPECT_EQ(listener.accept().receive(1000), "second");
 }
 
 TEST(WriteFileToSocket, GoesThroughTheFileWhenThePeerIsGone) {
@@ -78,12 +70,15 @@ TEST(WriteStringToSocket, SendsTheAnnouncementAndWaitsAfterTheClose) {
             received = peer.receive(1000);
             end = clock_type::now();
         });
+        const clock_type::time_point start = clock_type::now();
         write_string_to_socket(name, localhost, listener.port());
         const clock_type::time_point back = clock_type::now();
         receiver.join();
         EXPECT_EQ(received, "<?xml version='1.0' encoding='utf-8'?><avatar name='" + name + "'/>");
         EXPECT_EQ(received.size(), 55 + name.size());
-        EXPECT_GE(back - end, std::chrono::milliseconds(250));
+        EXPECT_GE(back - start, std::chrono::milliseconds(500));
+        // Half a second but for what a busy machine lets the receiver wait.
+        EXPECT_GE(back - end, std::chrono::milliseconds(50));
     }
 }
 
@@ -98,16 +93,13 @@ TEST(SocketTransmission, AFailedConnectionIsOneLineAndNoWait) {
     };
     for (const auto& call : calls) {
         const stream_capture errors(std::cerr);
+        const clock_type::time_point start = clock_type::now();
         call();
+        EXPECT_LT(clock_type::now() - start, std::chrono::milliseconds(450));
         const std::string text = errors.text();
         EXPECT_EQ(text.rfind("An error occured: ", 0), 0u) << text;
         EXPECT_GT(text.find('\n'), 18u);
         EXPECT_EQ(text.find('\n'), text.size() - 1);
     }
     EXPECT_EQ(file.tellg(), 0);
-
-    const stream_capture errors(std::cerr);
-    const clock_type::time_point start = clock_type::now();
-    write_string_to_socket("bob", std::string(300, 'x'), nobody.port());
-    EXPECT_LT(clock_type::now() - start, std::chrono::milliseconds(400));
 }

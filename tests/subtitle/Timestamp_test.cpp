@@ -69,7 +69,7 @@ TEST(Timestamp, ReaderNamesTheFirstMissingPart) {
         {"1,2 ", "1,2", "first_colon"},
         {" ", "", "first_colon"},
         {"1:2,3", "1:2,3", "second_colon"},
-        {"1,0:2:3.5", "1,0:2:3.5", "comma"},
+        {"1,0:2,0:3.5", "1,0:2,0:3.5", "comma"},
     };
     for (const auto& c : cases) {
         std::istringstream in(c.text);

@@ -86,6 +86,8 @@ void get_row_stream(std::istream& in, std::stringstream& row) {
     std::string line;
     std::getline(in, line);
     row.str(line);
+    // A stream that was opened at its end would otherwise be written to behind the line.
+    row.rdbuf()->pubseekpos(0);
 }
 
 void get_line_stream(std::istream& in, std::stringstream& row) {
