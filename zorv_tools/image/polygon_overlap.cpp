@@ -160,10 +160,33 @@ private:
         }
     }
 
-    static void list_edges(const polygon& vertices, bool of_a, std::vector<edge>& edges) {
+    struct extent {
+        std::int32_t x_min = std::numeric_limits<std::int32_t>::max();
+        std::int32_t x_max = std::numeric_limits<std::int32_t>::min();
+        std::int32_t y_min = std::numeric_limits<std::int32_t>::max();
+        std::int32_t y_max = std::numeric_limits<std::int32_t>::min();
+    };
+
+    static extent extent_of(const polygon& vertices) {
+        extent result;
+        for (const scaled_vertex& v : vertices) {
+            result.x_min = std::min(result.x_min, v.ix);
+            result.x_max = std::max(result.x_max, v.ix);
+            result.y_min = std::min(result.y_min, v.iy);
+            result.y_max = std::max(result.y_max, v.iy);
+        }
+        return result;
+    }
+
+    /// Lists the edges that can overlap with some edge of the other polygon, whose extent is `other`.
+    static void list_edges(const polygon& vertices, bool of_a, const extent& other,
+                           std::vector<edge>& edges) {
         for (std::size_t i = 0; i + 1 < vertices.size(); ++i) {
             const scaled_vertex& v = vertices[i];
-            edges.push_back({v.x_min, v.x_max, v.y_min, v.y_max, static_cast<std::uint32_t>(i), of_a});
+            if (v.x_min < other.x_max && other.x_min < v.x_max && v.y_min < other.y_max &&
+                other.y_min < v.y_max) {
+                edges.push_back({v.x_min, v.x_max, v.y_min, v.y_max, static_cast<std::uint32_t>(i), of_a});
+            }
         }
     }
 
@@ -172,8 +195,8 @@ private:
     void add_crossings() {
         std::vector<edge> edges;
         edges.reserve(a_.size() + b_.size());
-        list_edges(a_, true, edges);
-        list_edges(b_, false, edges);
+        list_edges(a_, true, extent_of(b_), edges);
+        list_edges(b_, false, extent_of(a_), edges);
         std::sort(edges.begin(), edges.end(), [](const edge& l, const edge& r) { return l.x_min < r.x_min; });
 
         // The edges that the sweep has met and not yet left, of b and of a.
