@@ -163,6 +163,9 @@ TEST(RecenterImage, KeepsDepthAndChannelsAndTheImageWhereNoneCanBeMade) {
         EXPECT_THROW(recenter_image(1, far, image), cv::Exception);
         EXPECT_EQ(static_cast<IplImage*>(image), kept);
     }
+    // small enough as a whole, but with rows that OpenCV cannot count the bits of
+    test_image flat(10, 1, IPL_DEPTH_8U, 1);
+    EXPECT_THROW(recenter_image(300000000, 0, flat), cv::Exception);
 }
 
 /// A square of depth 100 and side 20, its corner at (60, 30), on a background of another depth.
@@ -236,8 +239,7 @@ box check(IplImage* image, double aspect_ratio, int minimum_width, double width_
     return found;
 }
 
-/// The search as it is told, by counting pixels: the sums of the integral image leave out its first column
-/// and row.
+/// The same search by counting pixels: the sums of the integral image leave out its first column and row.
 box search_by_counting(const test_image& image, double aspect_ratio, int minimum_width, double width_step) {
     cv::Mat pixels;
     const auto sum = [&](int left, int top, int right, int bottom) {
