@@ -141,6 +141,8 @@ TEST(ImageNormalise, DividesEachChannelByItsRangeWithoutAShift) {
     EXPECT_EQ(cv::sum(normalised.reshape(1))[0], -6.0);
     EXPECT_EQ(normalised.ptr<double>(69)[11], -1.0);
 
+    cv::Mat no_rows(0, 5, CV_8UC3);
+    EXPECT_THROW(image_normalise(no_rows), cv::Exception);
     cv::Mat constant(1, 1, CV_32FC1, cv::Scalar(3));
     EXPECT_TRUE(std::isinf(image_normalise(constant).at<double>(0, 0)));
 }
@@ -252,7 +254,7 @@ TEST(ImageMedian, IsTheUpperMiddleValueOfTheRegion) {
     EXPECT_EQ(image.region(), cv::Rect(6, 5, 3, 3));
 }
 
-TEST(ConvertRes, LettersboxesToFourByThreeAndScales) {
+TEST(ConvertRes, LetterboxesToFourByThreeAndScales) {
     const struct {
         cv::Size image, result;
         cv::Rect place;
