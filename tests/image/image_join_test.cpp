@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -79,7 +81,7 @@ TEST(JoinImages, LeavesThePlaceOfAnotherTypeBlack) {
     EXPECT_TRUE(black_elsewhere(picture, 200));
 }
 
-/// The grid as it is told: pictures joined one by one.
+/// The grid by way of pictures that are joined one by one.
 cv::Mat joined_by_rows(const std::vector<cv::Mat>& images, std::size_t columns, bool centre) {
     cv::Mat result;
     for (std::size_t start = 0; start < images.size(); start += columns) {

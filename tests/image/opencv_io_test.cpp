@@ -1,7 +1,5 @@
 #include <gmock/gmock.h>
 
-#include <functional>
-#include <iomanip>
 #include <sstream>
 #include <stdexcept>
 #include <string>
