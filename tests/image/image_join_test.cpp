@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
+#include <functional>
 #include <random>
 #include <string>
 #include <vector>
@@ -79,7 +81,7 @@ TEST(JoinImages, LeavesThePlaceOfAnotherTypeBlack) {
     EXPECT_TRUE(black_elsewhere(picture, 200));
 }
 
-/// The grid as it is told: pictures joined one by one.
+/// The grid by way of pictures that are joined one by one.
 cv::Mat joined_by_rows(const std::vector<cv::Mat>& images, std::size_t columns, bool centre) {
     cv::Mat result;
     for (std::size_t start = 0; start < images.size(); start += columns) {
@@ -139,6 +141,12 @@ TEST(JoinImagesOrdered, ChoosesTheGridClosestTo4By3) {
         {std::vector<cv::Size>(2, {10, 10}), {10, 20}, {0, 10, 10, 10}},
         // a grid of five columns is not tried, however close
         {std::vector<cv::Size>(5, {20, 75}), {80, 150}, {30, 75, 20, 75}},
+        // two columns are 30 by 30 and three are 40 by 40: the fewer
+        {{{20, 10}, {10, 10}, {10, 20}, {10, 20}}, {30, 30}, {15, 10, 10, 20}},
+        // ratios of 1 and 5/3 lie as far from 4:3, save that single precision brings the latter closer
+        {{{60, 6}, {30, 24}, {60, 30}}, {90, 54}, {15, 24, 60, 30}},
+        // far off, and still closer than the least error to start from
+        {std::vector<cv::Size>(2, {150000, 1}), {150000, 2}, {0, 1, 150000, 1}},
         // one column is 30 by 31 and two are 50 by 21
         {{{30, 10}, {20, 20}, {30, 1}}, {30, 31}, {0, 30, 30, 1}},
     };
@@ -158,8 +166,10 @@ TEST(JoinImagesOrdered, ChoosesTheGridClosestTo4By3) {
 }
 
 TEST(JoinImagesOrdered, HasNoGridForFewerThanTwoImagesOrForFlatOnes) {
-    for (const std::vector<cv::Mat>& images :
-         {std::vector<cv::Mat>(), {filled(10, 10, 100)}, std::vector<cv::Mat>(3, cv::Mat(0, 5, CV_8UC3))}) {
+    for (const std::vector<cv::Mat>& images : {std::vector<cv::Mat>(),
+                                               {filled(10, 10, 100)},
+                                               std::vector<cv::Mat>(3, cv::Mat(0, 5, CV_8UC3)),
+                                               std::vector<cv::Mat>(2, filled(250000, 1, 100))}) {
         EXPECT_TRUE(join_images_ordered(images, true, false).empty());
     }
 }

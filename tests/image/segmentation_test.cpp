@@ -77,9 +77,9 @@ TEST(ThresholdImagePair, RefusesADepthImageOfSeveralChannels) {
     EXPECT_EQ(app.bytes(), (byte_rows{{5, 6}}));
 }
 
-cv::Point centre_of(IplImage* image, IplConvKernel* kernel = nullptr) {
+cv::Point centre_of(IplImage* image, IplConvKernel* kernel = nullptr, int iterations = 1) {
     cv::Point centre(-1, -1);
-    find_object_center(centre.x, centre.y, image, kernel, 1);
+    find_object_center(centre.x, centre.y, image, kernel, iterations);
     return centre;
 }
 
@@ -118,10 +118,11 @@ TEST(FindObjectCenter, IsTheTruncatedCentroidWithinTheRegion) {
 TEST(FindObjectCenter, AKernelFillsHolesAndLeavesTheImage) {
     // a gap in a bar moves the centroid of the open image
     test_image image(20, 9,
-                     [](int x, int y) { return y == 4 && x >= 4 && x < 12 && x != 9 && x != 10 ? 3 : 0; });
+                     [](int x, int y) { return y == 4 && x >= 4 && x < 12 && (x < 7 || x > 10) ? 3 : 0; });
     const byte_rows before = image.bytes();
     EXPECT_EQ(centre_of(image), cv::Point(6, 4));
-    EXPECT_EQ(centre_of(image, square_kernel.get()), cv::Point(7, 4));
+    EXPECT_EQ(centre_of(image, square_kernel.get()), cv::Point(6, 4));
+    EXPECT_EQ(centre_of(image, square_kernel.get(), 2), cv::Point(7, 4));
     EXPECT_EQ(image.bytes(), before);
 }
 
@@ -163,6 +164,9 @@ TEST(RecenterImage, KeepsDepthAndChannelsAndTheImageWhereNoneCanBeMade) {
         EXPECT_THROW(recenter_image(1, far, image), cv::Exception);
         EXPECT_EQ(static_cast<IplImage*>(image), kept);
     }
+    // small enough as a whole, but with rows that OpenCV cannot count the bits of
+    test_image flat(10, 1, IPL_DEPTH_8U, 1);
+    EXPECT_THROW(recenter_image(300000000, 0, flat), cv::Exception);
 }
 
 /// A square of depth 100 and side 20, its corner at (60, 30), on a background of another depth.
@@ -206,17 +210,20 @@ TEST(SegmentAndRecentre, TruncatesTheBand) {
 TEST(SegmentAndRecentre, IsNotThresholdedWithoutAnObjectOrWithADepthOfSeveralChannels) {
     scene s(255, cvRect(0, 0, 50, 30));
     const double sum = cvSum(s.app).val[0];
-    segment_and_recentre(s.app, s.depth, 0.1, 2.0, 2.0, nullptr, 1, 0);
-    // around (37, 22), the centroid of the region widened to 75 by 45
-    EXPECT_EQ(s.app.region(), cv::Rect(38, 43, 50, 30));
+    segment_and_recentre(s.app, s.depth, 0.1, 2.0, 3.0, nullptr, 1, 0);
+    // around (37, 29), the centroid of the region widened to 75 by 60
+    EXPECT_EQ(s.app.size(), cv::Size(126, 102));
+    EXPECT_EQ(s.app.region(), cv::Rect(38, 36, 50, 30));
     cvResetImageROI(s.app);
     EXPECT_EQ(cvSum(s.app).val[0], sum);
 
-    test_image colour(126, 116, IPL_DEPTH_8U, 3, 9.0);
+    test_image colour(120, 116, IPL_DEPTH_8U, 3, 9.0);
     stream_capture errors(std::cerr);
     segment_and_recentre(s.app, colour, 0.1, 1.0, 1.0, nullptr, 1, 100);
     EXPECT_THAT(errors.text(), testing::HasSubstr("Function only works for single channel\n"));
-    EXPECT_EQ(colour.size(), cv::Size(128, 118));
+    EXPECT_EQ(colour.size(), cv::Size(122, 118));
+    // 120 by 116 in the middle of the width of the one, 134, and of the height of the other
+    EXPECT_EQ(colour.region(), cv::Rect(7, 1, 115, 116));
 }
 
 TEST(SegmentAndRecentre, LeavesUsableImagesWhenOpencvRefusesARegion) {
@@ -236,8 +243,7 @@ box check(IplImage* image, double aspect_ratio, int minimum_width, double width_
     return found;
 }
 
-/// The search as it is told, by counting pixels: the sums of the integral image leave out its first column
-/// and row.
+/// The same search by counting pixels: the sums of the integral image leave out its first column and row.
 box search_by_counting(const test_image& image, double aspect_ratio, int minimum_width, double width_step) {
     cv::Mat pixels;
     const auto sum = [&](int left, int top, int right, int bottom) {

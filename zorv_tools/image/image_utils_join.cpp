@@ -3,7 +3,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <iostream>
-#include <limits>
 #include <utility>
 #include <vector>
 
@@ -16,6 +15,7 @@ namespace zorv {
 
 namespace {
 
+using internal::as_size;
 using internal::extent;
 
 extent size_of(const cv::Mat& image) {
@@ -40,7 +40,7 @@ bool side_by_side_wastes_less(const extent& first, const extent& second) {
     return framed_area(size_side_by_side(first, second)) < framed_area(size_on_top(first, second));
 }
 
-/// A picture that is told and not yet drawn: where each image of it lies. Joins of joins thus copy each pixel
+/// A picture that is planned and not yet drawn: where each image of it lies. Joins of joins thus copy each pixel
 /// once, however many there are.
 struct layout {
     struct place {
@@ -89,11 +89,6 @@ layout join_closer(layout first, const layout& second, bool centre) {
     return side_by_side_wastes_less(first.size, second.size)
                ? join_side_by_side(std::move(first), second, centre)
                : join_on_top(std::move(first), second, centre);
-}
-
-/// A size that does not fit an `int` comes out negative, which OpenCV refuses.
-int as_size(std::int64_t value) {
-    return value > std::numeric_limits<int>::max() ? -1 : static_cast<int>(value);
 }
 
 cv::Mat draw(const layout& picture, bool fit_4_3) {
@@ -224,7 +219,7 @@ const cv::Mat join_images(const cv::Mat& first, const cv::Mat& second, bool cent
 const cv::Mat join_images_ordered(const std::vector<cv::Mat>& images, bool centre, bool fit_4_3) {
     try {
         const grid shape = closest_grid(images);
-        if (shape.columns > 0)
+        if (shape.columns > 0) {
             try {
                 return draw(join_grid(
                                 layouts_of(images), shape,
@@ -238,6 +233,7 @@ const cv::Mat join_images_ordered(const std::vector<cv::Mat>& images, bool centr
             } catch (const std::exception&) {
                 // Joined one by one below, so that the report names the join that fails.
             }
+        }
         cv::Mat result = join_grid(
             images, shape,
             [=](const cv::Mat& line, const cv::Mat& image) {

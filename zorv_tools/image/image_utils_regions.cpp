@@ -1,6 +1,4 @@
-#include <algorithm>
 #include <cstdint>
-#include <limits>
 #include <sstream>
 #include <stdexcept>
 
@@ -19,17 +17,12 @@ struct wide_rect {
     explicit wide_rect(const CvRect& rect) : start{rect.x, rect.y}, size{rect.width, rect.height} {}
 
     CvRect clamped() const {
-        return cvRect(clamp(start[0]), clamp(start[1]), clamp(size[0]), clamp(size[1]));
+        return cvRect(internal::clamp_to_int(start[0]), internal::clamp_to_int(start[1]),
+                      internal::clamp_to_int(size[0]), internal::clamp_to_int(size[1]));
     }
 
     std::int64_t start[2];
     std::int64_t size[2];
-
-private:
-    static int clamp(std::int64_t value) {
-        return static_cast<int>(std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(),
-                                                         std::numeric_limits<int>::max()));
-    }
 };
 
 /// Applies the first rule that matches; false when none does. `s` is the region of the source, `d` that of the
@@ -70,15 +63,12 @@ bool clip_once(const IplImage& source, const IplImage& dest, wide_rect& s, wide_
     return false;
 }
 
-int as_size(std::int64_t value) {
-    return static_cast<int>(std::min<std::int64_t>(value, std::numeric_limits<int>::max()));
-}
-
 }  // namespace
 
 void convert_res(cv::Mat& image, int width, int height) {
     const internal::extent size = internal::four_to_three({image.cols, image.rows});
-    cv::Mat frame(as_size(size.height), as_size(size.width), CV_8UC3, cv::Scalar(0, 0, 0, 0));
+    cv::Mat frame(internal::as_size(size.height), internal::as_size(size.width), CV_8UC3,
+                  cv::Scalar(0, 0, 0, 0));
     cv::Mat middle =
         frame(cv::Rect((frame.cols - image.cols) / 2, (frame.rows - image.rows) / 2, image.cols, image.rows));
     // An image of another type gets a buffer of its own here, which leaves the frame black.

@@ -4,7 +4,6 @@
 #include <cstddef>
 #include <cstdint>
 #include <iostream>
-#include <limits>
 #include <memory>
 #include <type_traits>
 #include <vector>
@@ -159,18 +158,13 @@ padding pad_around(std::int64_t point, std::int64_t size) {
     return {2 * behind, behind - point};
 }
 
-int clamp_to_int(std::int64_t value) {
-    return static_cast<int>(
-        std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
-}
-
 /// `start` moved by half of what an extent of `size` grows by.
 int widened_start(int start, int size, double factor) {
-    return clamp_to_int(std::int64_t{start} + truncate_to<int>((factor - 1.0) * size * -0.5));
+    return internal::clamp_to_int(std::int64_t{start} + truncate_to<int>((factor - 1.0) * size * -0.5));
 }
 
 int centred_start(int size, int part) {
-    return clamp_to_int((std::int64_t{size} - part) / 2);
+    return internal::clamp_to_int((std::int64_t{size} - part) / 2);
 }
 
 /// A box of one size and the ring around it.

@@ -162,6 +162,10 @@ cv::Mat image_normalise(cv::Mat& image) {
     }
     std::vector<cv::Mat> channels;
     cv::split(image, channels);
+    if (channels.empty()) {
+        cv::Mat none;
+        cv::merge(channels, none);  // OpenCV's own word on an image without pixels
+    }
     std::vector<span> spans;
     spans.reserve(channels.size());
     for (const cv::Mat& channel : channels) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 
 namespace zorv::internal {
 
@@ -9,6 +10,11 @@ struct extent {
     std::int64_t width = 0;
     std::int64_t height = 0;
 };
+
+/// A side as OpenCV takes it. One that does not fit an `int` comes out negative, which OpenCV refuses.
+inline int as_size(std::int64_t side) {
+    return side > std::numeric_limits<int>::max() ? -1 : static_cast<int>(side);
+}
 
 /// The frame of the ratio 4:3 around a picture. It keeps the side that would otherwise have to shrink, and the
 /// other one is truncated.

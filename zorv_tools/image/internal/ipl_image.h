@@ -3,6 +3,7 @@
 /// @file
 /// What several functions on `IplImage` share: ownership, the region of interest, rows as bytes.
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <limits>
@@ -28,15 +29,23 @@ inline ipl_image_ptr clone_image(const IplImage* image) {
 /// own tests come after it has taken memory for the header, which it then loses.
 inline ipl_image_ptr create_image(std::int64_t width, std::int64_t height, int depth, int channels) {
     constexpr std::int64_t most = std::numeric_limits<int>::max();
+    // OpenCV counts the bits of a row in 32 bits. Beyond them it would make an image with rows too short for it.
+    constexpr std::int64_t most_row_bits = std::numeric_limits<std::uint32_t>::max() - 7;
     const std::int64_t bits_per_pixel = std::int64_t{channels} * (depth & ~static_cast<int>(IPL_DEPTH_SIGN));
-    const std::int64_t step = width <= most ? (width * bits_per_pixel / 8 + 1 + 3) : most + 1;
-    if (step > most || height > most || step * height > most) {
+    const std::int64_t row_bits = width <= most ? width * bits_per_pixel : most_row_bits + 1;
+    const std::int64_t step = ((row_bits + 7) / 8 + 3) & ~std::int64_t{3};
+    if (row_bits > most_row_bits || height > most || step * height > most) {
         CV_Error(cv::Error::StsNoMem, "the image is too large");
     }
     ipl_image_ptr image(
         cvCreateImageHeader(cvSize(static_cast<int>(width), static_cast<int>(height)), depth, channels));
     cvCreateData(image.get());
     return image;
+}
+
+inline int clamp_to_int(std::int64_t value) {
+    return static_cast<int>(
+        std::clamp<std::int64_t>(value, std::numeric_limits<int>::min(), std::numeric_limits<int>::max()));
 }
 
 /// The region of interest. An image without one gets one of the whole image, which stays set.
