@@ -84,7 +84,8 @@ private:
 /// A connection to a server.
 class ZORV_TOOLS_EXPORT SocketClient : public Socket {
 public:
-    /// Resolves @p host, a name or four numbers with dots, and connects to the first of its addresses.
+    /// Resolves the host and connects to the first of its addresses.
+    /// @param host a name or four numbers with dots
     /// @param port cut to 16 bits
     /// @throws std::string the text of `errno` if the host does not resolve (it may say nothing about the name), the
     ///         text of the socket library's own error if the connection is not made
@@ -120,6 +121,7 @@ public:
     /// Waits for as long as it takes or, with NonBlocking, looks and returns.
     /// @param first  not null
     /// @param second may be null, and may be the same socket
+    /// @param type   Blocking or NonBlocking
     /// @throws char* "Error in select", for instance for a closed socket
     SocketSelect(const Socket* first, const Socket* second, TypeSocket type);
 
