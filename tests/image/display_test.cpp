@@ -65,17 +65,21 @@ protected:
     }
 };
 
-/// Presses a key in the window once it is there, and tells when that was.
+/// Presses a key in the window once it is there, and again until it is gone, since a window that has just come up
+/// can miss one. Tells when the first was pressed.
 std::chrono::steady_clock::time_point press_key(const std::string& title) {
     const std::string id = wait_for_window(title);
     if (id.empty()) {
         std::fputs("no window to press a key in\n", stderr);
         std::abort();  // the caller waits for a key that nobody will press
     }
-    output_of("xdotool mousemove --window " + id + " 20 20");
-    const auto now = std::chrono::steady_clock::now();
-    output_of("xdotool key --delay 50 space");
-    return now;
+    const auto first = std::chrono::steady_clock::now();
+    for (int i = 0; i < 50 && find_window(title) == id; ++i) {
+        output_of("xdotool mousemove --window " + id + " 20 20");
+        output_of("xdotool key --delay 50 space");
+        std::this_thread::sleep_for(std::chrono::milliseconds(200));
+    }
+    return first;
 }
 
 TEST_F(Display, ImagescShowsTheImageAndDoesNotWait) {
@@ -101,8 +105,9 @@ TEST_F(Display, CheckImageWaitsForAKeyAndClosesItsWindow) {
             check_image(image);
         }
         const auto returned = std::chrono::steady_clock::now();
-        EXPECT_GT(returned, pressing.get());
+        // The toolkit acts on the closing only while somebody waits for keys, and the presses end with the window.
         EXPECT_TRUE(gone("Image check"));
+        EXPECT_GT(returned, pressing.get());
     }
 }
 
