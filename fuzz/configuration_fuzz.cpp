@@ -8,7 +8,6 @@
 
 #include "fuzz/input.h"
 #include "zorv_tools/config/configuration.h"
-#include "zorv_tools/core/exception_l.h"
 
 // An input is the texts of up to three files, parted by a backslash and a letter: the first is read and may import
 // "1" and "2", the second "2".
@@ -88,7 +87,6 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         fuzz::require(config.get_param("trees", trees) && (trees == -1 || trees >= 1));
         double first = 0;
         fuzz::require(!config.get_param("no such key", first));
-    } catch (const zorv::exception_l&) {
     } catch (const std::exception&) {
     }
     std::filesystem::current_path(before);
