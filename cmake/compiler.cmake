@@ -18,6 +18,12 @@ if(ZORV_TOOLS_SANITIZE)
   add_link_options(-fsanitize=${ZORV_TOOLS_SANITIZE})
 endif()
 
+if(ZORV_TOOLS_COVERAGE)
+  # Updates are atomic, since some tests run threads and others fork.
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   set(CMAKE_CXX_COMPILER_LAUNCHER ${CCACHE})

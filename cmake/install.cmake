@@ -26,9 +26,12 @@ if(OpenCV_VERSION_MAJOR GREATER_EQUAL 4)
 else()
   set(pkgconfig_opencv opencv)
 endif()
+# The shared library brings what it needs with it.
 set(pkgconfig_definitions "")
+set(pkgconfig_libraries "")
 if(NOT BUILD_SHARED_LIBS)
   set(pkgconfig_definitions " -DZORV_TOOLS_STATIC")
+  set(pkgconfig_libraries " -lopengv")
 endif()
 configure_file(${CMAKE_CURRENT_LIST_DIR}/zorv_tools.pc.in ${PROJECT_BINARY_DIR}/zorv_tools.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/zorv_tools.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
