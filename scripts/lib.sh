@@ -25,19 +25,35 @@ need_packages() {
     fi
 }
 
+# choose_preset [--preset NAME]: sets `preset`, release if not given. Anything else ends the script.
+choose_preset() {
+    preset=release
+    if [ "${1:-}" = --preset ] && [ -n "${2:-}" ] && [ $# -eq 2 ]; then
+        preset=$2
+    elif [ $# -gt 0 ]; then
+        echo "usage: scripts/$(basename "$0") [--preset NAME]" >&2
+        exit 2
+    fi
+}
+
 BUILD_PACKAGES=(g++ cmake ninja-build ccache libopencv-dev libopengv-dev libeigen3-dev)
 TEST_PACKAGES=(pkg-config libgtest-dev libgmock-dev libboost-dev xvfb xauth xdotool)
 BENCHMARK_PACKAGES=(libbenchmark-dev libboost-dev)
 
-# build PRESET [cmake options]: configures and builds below build/PRESET.
-build() {
+# configure PRESET [cmake options]: configures the build in build/PRESET.
+configure() {
     local preset=$1
     shift
     say "configuring ($preset)"
     cmake -S "$SOURCE" --preset "$preset" "$@" >"$SOURCE/build/$preset-configure.log" 2>&1 ||
         { cat "$SOURCE/build/$preset-configure.log" >&2; return 1; }
-    say "building ($preset; the first time takes some minutes)"
-    cmake --build "$SOURCE/build/$preset" -j"$(nproc)"
+}
+
+# build PRESET [cmake options]: configures and builds below build/PRESET.
+build() {
+    configure "$@"
+    say "building ($1; the first time takes some minutes)"
+    cmake --build "$SOURCE/build/$1" -j"$(nproc)"
 }
 
 # Prints the folder of the photographs that Debian's package opencv-doc holds. The package is unpacked below the
@@ -60,4 +76,16 @@ fetch_photos() {
         )
     fi
     find "$folder" -type d -path '*examples/data' | head -n 1
+}
+
+# run_demos BIN OUT: runs the example programs of the folder BIN on real input. Results go below OUT.
+run_demos() {
+    local BIN=$1 OUT=$2 PHOTOS name
+    PHOTOS=$(fetch_photos)
+    export SOURCE PHOTOS BIN OUT
+    for name in stereo_warp segment board_pose subtitle_track config_check; do
+        say "$name"
+        mkdir -p "$OUT/$name"
+        bash "$SOURCE/examples/$name/demo.sh"
+    done
 }
