@@ -57,7 +57,7 @@ const std::string time_text(double seconds) {
 
 }  // namespace
 
-void add_comparison(const std::string& label, double goal, work ours, work peer) {
+void add_comparison(const std::string& label, double goal, const work& ours, const work& peer) {
     comparison row;
     row.label = label;
     row.goal = goal;
@@ -65,7 +65,7 @@ void add_comparison(const std::string& label, double goal, work ours, work peer)
     for (const bool is_ours : {true, false}) {
         const std::string name = label + (is_ours ? "/ours" : "/peer");
         sides[name] = {comparisons.size() - 1, is_ours};
-        const work action = is_ours ? ours : peer;
+        const work& action = is_ours ? ours : peer;
         benchmark::RegisterBenchmark(name.c_str(),
                                      [action](benchmark::State& state) {
                                          for (auto _ : state) {

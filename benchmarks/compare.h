@@ -13,7 +13,7 @@
 /// Does the work once.
 using work = std::function<void()>;
 
-void add_comparison(const std::string& label, double goal, work ours, work peer);
+void add_comparison(const std::string& label, double goal, const work& ours, const work& peer);
 
 /// Defined by each benchmark: makes the data and adds the comparisons.
 void register_comparisons();

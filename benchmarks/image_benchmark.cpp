@@ -20,8 +20,8 @@ std::string text_of(const cv::Size& size) {
 using ipl_image = std::shared_ptr<IplImage>;
 
 ipl_image random_image(const cv::Size& size, int channels = 1) {
-    const ipl_image image(cvCreateImage(cvSize(size.width, size.height), IPL_DEPTH_8U, channels),
-                          [](IplImage* released) { cvReleaseImage(&released); });
+    ipl_image image(cvCreateImage(cvSize(size.width, size.height), IPL_DEPTH_8U, channels),
+                    [](IplImage* released) { cvReleaseImage(&released); });
     cv::Mat header = cv::cvarrToMat(image.get());
     cv::randu(header, cv::Scalar::all(0), cv::Scalar::all(256));
     return image;
@@ -29,7 +29,7 @@ ipl_image random_image(const cv::Size& size, int channels = 1) {
 
 /// 0 where `random` is below `share` per cent, else 200.
 ipl_image sparse_image(const cv::Size& size, double share) {
-    const ipl_image image = random_image(size);
+    ipl_image image = random_image(size);
     cv::Mat header = cv::cvarrToMat(image.get());
     cv::threshold(header, header, 255.0 * share, 200.0, cv::THRESH_BINARY);
     return image;
@@ -68,7 +68,7 @@ void compare_combine(const cv::Size& size) {
 }
 
 void compare_integral(const cv::Size& size) {
-    const ipl_image image = random_image(size);
+    ipl_image image = random_image(size);
     const auto ours = [image] {
         const std::unique_ptr<zorv::matrix<double>> sums(zorv::create_integral_image(image.get()));
         benchmark::DoNotOptimize((*sums)[0]);
@@ -84,7 +84,7 @@ void compare_integral(const cv::Size& size) {
 }
 
 void compare_median(const cv::Size& size) {
-    const ipl_image image = random_image(size);
+    ipl_image image = random_image(size);
     const auto ours = [image] { benchmark::DoNotOptimize(zorv::image_median(image.get(), false)); };
     const cv::Mat header = cv::cvarrToMat(image.get());
     std::vector<unsigned char> values;
@@ -154,7 +154,7 @@ void compare_threshold_pair(const cv::Size& size) {
 }
 
 void compare_object_center(const cv::Size& size) {
-    const ipl_image image = sparse_image(size, 0.7);
+    ipl_image image = sparse_image(size, 0.7);
     const auto ours = [image] {
         int x = 0, y = 0;
         zorv::find_object_center(x, y, image.get(), nullptr, 1);

@@ -23,7 +23,7 @@ using zorv::SocketClient;
 using zorv::SocketSelect;
 using zorv::SocketServer;
 
-constexpr std::size_t block_size = 64 * 1024;
+constexpr std::size_t block_size = std::size_t{64} * 1024;
 constexpr int blocks = 1024;
 constexpr int lines = 100000;
 const std::string line = std::string(39, 'x') + "\n";
@@ -45,7 +45,9 @@ struct bare_pair {
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t size = sizeof address;
         auto* const bare_address = reinterpret_cast<sockaddr*>(&address);
-        ::bind(listener, bare_address, size);
+        if (::bind(listener, bare_address, size) != 0) {
+            give_up("no bare listener");
+        }
         ::listen(listener, 1);
         ::getsockname(listener, bare_address, &size);
         sender = ::socket(AF_INET, SOCK_STREAM, 0);

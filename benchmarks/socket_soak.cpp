@@ -24,7 +24,7 @@ using zorv::SocketServer;
 constexpr int connections = 10000;
 constexpr int servers = 100;
 constexpr std::uint64_t bytes_to_move = std::uint64_t{1} << 30;
-constexpr std::size_t block_size = 64 * 1024;
+constexpr std::size_t block_size = std::size_t{64} * 1024;
 const std::string localhost = "127.0.0.1";
 
 int open_descriptors() {

@@ -19,9 +19,12 @@ bool see(const zorv::Camera& camera, const cv::Point3d& point, cv::Point& positi
 }  // namespace
 
 std::vector<cv::Point3d> cube_corners(const cv::Size& board, const cv::Point3d& above) {
-    const double side = 2;
-    const double left = (board.width - 1 - int(side)) / 2;
-    const double top = (board.height - 1 - int(side)) / 2;
+    const int side = 2;
+    // Whole squares, so that the cube stands on corners of the board.
+    const int column = (board.width - 1 - side) / 2;
+    const int row = (board.height - 1 - side) / 2;
+    const double left = column;
+    const double top = row;
     const double height = above.z < 0 ? -side : side;
     std::vector<cv::Point3d> corners;
     for (double z : {0.0, height}) {

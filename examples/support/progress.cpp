@@ -23,7 +23,7 @@ bool error_stream_is_a_terminal() {
 }  // namespace
 
 progress_line::progress_line(std::string what, long total)
-    : what_(std::move(what)), total_(std::max(total, 1L)), shown_(error_stream_is_a_terminal()), last_() {}
+    : what_(std::move(what)), total_(std::max(total, 1L)), shown_(error_stream_is_a_terminal()) {}
 
 progress_line::~progress_line() {
     if (shown_) {

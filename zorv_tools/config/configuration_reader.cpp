@@ -104,7 +104,7 @@ void configuration::set_param(const std::string& name, const std::string& value)
     }
     if (position == parameters.size() && begins_with(name, "__")) {
         // Up to its first NUL, as names are looked for.
-        append(std::string(name.c_str()), std::make_unique<std::string>(), param_string);
+        append(name.substr(0, name.find('\0')), std::make_unique<std::string>(), param_string);
     }
     const int index = static_cast<int>(position);
     const internal::key_row* const row = internal::find_key(name);

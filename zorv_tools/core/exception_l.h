@@ -76,11 +76,11 @@ struct code_location {
     }
 
 /// Throws an `exception_l` whose sentence is streamed: `ZORV_THROW("size was " << size);`
-#define ZORV_THROW(sentence)                                       \
-    do {                                                           \
-        std::ostringstream zorv_sentence;                          \
-        zorv_sentence << sentence;                                 \
-        ::zorv::throw_exception_l(ZORV_HERE, zorv_sentence.str()); \
+#define ZORV_THROW(sentence)                                                \
+    do {                                                                    \
+        std::ostringstream zorv_sentence;                                   \
+        zorv_sentence << sentence; /* NOLINT(bugprone-macro-parentheses) */ \
+        ::zorv::throw_exception_l(ZORV_HERE, zorv_sentence.str());          \
     } while (false)
 
 /// Stands behind a `try` block and adds the enclosing function's frame to whatever report leaves it.

@@ -10,6 +10,7 @@ template <class Int>
 inline Int truncate_to(double value) {
     constexpr double smallest = static_cast<double>(std::numeric_limits<Int>::min());
     // One beyond the largest value. It is a power of two and so exact, which the largest value itself is not.
+    // NOLINTNEXTLINE(bugprone-integer-division): halves that are whole again when doubled
     constexpr double beyond = 2.0 * static_cast<double>(std::numeric_limits<Int>::max() / 2 + 1);
     // Down to one below the smallest value the fraction is cut off; a 64-bit smallest value has no such
     // neighbour in a double, and the comparison is then with the smallest value itself.

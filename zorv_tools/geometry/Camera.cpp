@@ -18,7 +18,8 @@ Camera::Camera(const Camera& other) = default;
 
 Camera::~Camera() = default;
 
-Camera& Camera::operator=(const Camera& other) {
+// The extrinsics go by value, so a camera may be assigned to itself.
+Camera& Camera::operator=(const Camera& other) {  // NOLINT(bugprone-unhandled-self-assignment)
     x_centre = other.x_centre;
     y_centre = other.y_centre;
     x_focus_pixels = other.x_focus_pixels;

@@ -238,6 +238,7 @@ void upnp(const matrix<double>& image_points, const matrix<double>& world_points
                                 std::isnan(error) ? std::numeric_limits<double>::infinity() : error);
         }
         std::vector<std::pair<int, double>*> order;
+        order.reserve(errors.size());
         for (std::pair<int, double>& entry : errors) {
             order.push_back(&entry);
         }
