@@ -212,8 +212,7 @@ constexpr line_format txt_path = {"std::vector<std::string>", "text",
 constexpr line_format sequence_format = {"std::vector<int>", "number",
                                          "a whole number, at least 1; a value that is none throws", "120"};
 constexpr line_format pixel_size_format = {"std::vector<std::pair<double, double>>",
-                                           "pixel_width|pixel_height", "numbers, neither 0 or less",
-                                           "0.004|0.004"};
+                                           "pixel_width|pixel_height", "numbers above 0", "0.004|0.004"};
 
 }  // namespace
 
