@@ -19,13 +19,17 @@ using zorv::internal::number_range;
 using zorv::internal::repetition;
 using zorv::internal::text_form;
 
-/// As code; a cell of a table must not hold a bare separator.
+/// As code. A separator in a cell of a table needs a backslash, which readers of markdown take away again in text
+/// but not all of them between backticks.
 std::string code(std::string_view text) {
-    std::string result = "`";
+    if (text.find('|') == std::string_view::npos) {
+        return "`" + std::string(text) + "`";
+    }
+    std::string result = "<code>";
     for (const char c : text) {
         result += c == '|' ? "\\|" : std::string(1, c);
     }
-    return result + "`";
+    return result + "</code>";
 }
 
 std::string kind_of(const key_row& row) {
