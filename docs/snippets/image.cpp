@@ -30,10 +30,9 @@ int main() {
     }
 
     // Three pictures on one sheet of the ratio 4:3.
-    std::vector<cv::Mat> pictures;
-    for (int i = 0; i < 3; ++i) {
-        pictures.emplace_back(90, 160, CV_8UC3, zorv::colour_set(i));
-    }
+    const std::vector<cv::Mat> pictures = {cv::Mat(90, 160, CV_8UC3, zorv::colour_set(0)),
+                                           cv::Mat(90, 160, CV_8UC3, zorv::colour_set(1)),
+                                           cv::Mat(90, 160, CV_8UC3, zorv::colour_set(2))};
     const cv::Mat sheet = zorv::join_images_ordered(pictures, true, true);
     std::cout << "sheet of " << sheet.cols << " by " << sheet.rows << std::endl;
     return value == 41.25 && refused && sheet.cols * 3 == sheet.rows * 4 ? 0 : 1;
