@@ -43,7 +43,7 @@ std::string kind_of(const key_row& row) {
         case configuration::param_string:
             return "text";
         default:
-            return "special, " + code(row.format.lends);
+            return "special";
     }
 }
 
@@ -125,20 +125,21 @@ std::string texts_of(const key_row& row) {
 }
 
 std::string accepted_by(const key_row& row) {
-    if (!row.filled_by.empty()) {
-        return "filled by the lines of " + code(row.filled_by);
+    std::string text = row.filled_by.empty() ? "" : "filled by the lines of " + code(row.filled_by);
+    if (row.kind == configuration::param_special) {
+        if (text.empty()) {
+            text =
+                code(row.format.form) + ": " + row.format.accepted + ". Example: " + code(row.format.example);
+        }
+        return text + ". Lends " + code(row.format.lends);
     }
-    switch (row.kind) {
-        case configuration::param_bool:
-            return "`0`, `1`, `false`, `true`";
-        case configuration::param_string:
-            return texts_of(row);
-        case configuration::param_special:
-            return code(row.format.form) + ": " + row.format.accepted +
-                   ". Example: " + code(row.format.example);
-        default:
-            return numbers_of(row);
+    if (!text.empty()) {
+        return text;
     }
+    if (row.kind == configuration::param_bool) {
+        return "`0`, `1`, `false`, `true`";
+    }
+    return row.kind == configuration::param_string ? texts_of(row) : numbers_of(row);
 }
 
 std::string repetition_of(const key_row& row) {
@@ -147,21 +148,21 @@ std::string repetition_of(const key_row& row) {
     }
     switch (row.repeated) {
         case repetition::keep_first:
-            return "the first stays, warns";
+            return "keeps";
         case repetition::replace:
-            return "the last wins, warns";
+            return "replaces";
         case repetition::append:
-            return "each adds an entry";
+            return "adds";
         default:
-            return "the last wins";
+            return "replaces silently";
     }
 }
 
 std::string table() {
-    std::string text = "| Key | Kind | Default | Accepted | Given again |\n|---|---|---|---|---|\n";
+    std::string text = "| Key | Kind | Default | Again | Accepted |\n|---|---|---|---|---|\n";
     for (const key_row& row : zorv::internal::catalogue) {
         text += "| " + code(row.name) + " | " + kind_of(row) + " | " + default_of(row) + " | " +
-                accepted_by(row) + " | " + repetition_of(row) + " |\n";
+                repetition_of(row) + " | " + accepted_by(row) + " |\n";
     }
     return text;
 }

@@ -1,6 +1,7 @@
 // Makes the README's picture: renders photographs of a chessboard, has the example program find the cameras in them,
 // and scales its sheet down. Nothing in it comes from elsewhere, so that it may be shipped.
 
+#include <algorithm>
 #include <iostream>
 #include <opencv2/imgcodecs.hpp>
 #include <opencv2/imgproc.hpp>
@@ -30,8 +31,8 @@ int main(int argc, char** argv) {
     }
     const temporary_directory folder;
     folder.write("lens.yml", lens);
-    const std::vector<std::vector<double>> quaternions = {{0.25, 0.1, 0.05, 1},   {-0.1, 0.3, -0.1, 1},
-                                                          {0.3, -0.2, 0.25, 1},   {-0.3, -0.1, 0.1, 1},
+    const std::vector<std::vector<double>> quaternions = {{0.25, 0.1, 0.05, 1},    {-0.1, 0.3, -0.1, 1},
+                                                          {0.3, -0.2, 0.25, 1},    {-0.3, -0.1, 0.1, 1},
                                                           {0.05, -0.35, -0.15, 1}, {-0.35, 0.1, -0.1, 1}};
     std::string photographs;
     for (std::size_t i = 0; i < quaternions.size(); ++i) {
@@ -46,7 +47,12 @@ int main(int argc, char** argv) {
         std::cerr << done.err;
         return 1;
     }
-    const cv::Mat sheet = cv::imread(folder.path("results/sheet.png"));
+    cv::Mat sheet = cv::imread(folder.path("results/sheet.png"));
+    // Without most of the bars that fit it to 4:3.
+    cv::Mat lit;
+    cv::cvtColor(sheet, lit, cv::COLOR_BGR2GRAY);
+    const cv::Rect used = cv::boundingRect(lit);
+    sheet = sheet.rowRange(std::max(used.y - 20, 0), std::min(used.br().y + 20, sheet.rows));
     cv::Mat small;
     cv::resize(sheet, small, cv::Size(960, 960 * sheet.rows / sheet.cols), 0, 0, cv::INTER_AREA);
     return cv::imwrite(argv[2], small, {cv::IMWRITE_PNG_COMPRESSION, 9}) ? 0 : 1;

@@ -121,16 +121,15 @@ void set_text(const key_row& row, const setting& line) {
 
 bool text_rule::accepts(const std::string& text) const {
     switch (form) {
-        case text_form::any:
-            return true;
         case text_form::word:
             return std::find(words, words + word_count, std::string_view(text)) != words + word_count;
         case text_form::extension:
             return tail(text).find('.') != std::string_view::npos;
         case text_form::txt:
             return tail(text) == ".txt";
+        default:
+            return true;
     }
-    return false;
 }
 
 }  // namespace zorv::internal
