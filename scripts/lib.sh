@@ -26,7 +26,7 @@ need_packages() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build ccache libopencv-dev libopengv-dev libeigen3-dev)
-TEST_PACKAGES=(pkg-config libgtest-dev libgmock-dev libboost-dev xvfb xauth xdotool)
+TEST_PACKAGES=(pkg-config libgtest-dev libgmock-dev libboost-dev xvfb xauth xdotool libxcb1-dev)
 BENCHMARK_PACKAGES=(libbenchmark-dev libboost-dev)
 
 # build PRESET [cmake options]: configures and builds below build/PRESET.
