@@ -11,19 +11,10 @@
 namespace zorv {
 namespace {
 
-IplImage header_of(int width, int height, int depth, int channels) {
-    IplImage image = cvIplImage();
-    image.width = width;
-    image.height = height;
-    image.depth = depth;
-    image.nChannels = channels;
-    return image;
-}
-
 TEST(OpencvIo, WritesEachTypeInItsForm) {
     std::ostringstream out;
     out << cvRect(1, -2, 3, 4) << "|" << cv::Rect(1, -2, 3, 4) << "|" << cv::Size(640, 480) << "|"
-        << header_of(1, 2, static_cast<int>(IPL_DEPTH_8S), 3);
+        << cvIplImage(cv::Mat(2, 1, CV_8SC3));
     EXPECT_EQ(out.str(), " (1,-2,3,4) |(1,-2,3,4)|(640,480)|(1,2,-2147483640,3)");
 }
 
@@ -51,7 +42,7 @@ std::string cv_rect(const std::string& text) {
     return read(text, cv::Rect(7, 8, 9, 10));
 }
 std::string image(const std::string& text) {
-    return read(text, header_of(7, 8, 9, 10));
+    return read(text, cvIplImage(cv::Mat(8, 7, CV_8UC3)));
 }
 std::string size(const std::string& text) {
     return read(text, cv::Size(7, 8));
@@ -67,9 +58,9 @@ TEST(OpencvIo, ReadersCheckTheTextAndZeroTheFields) {
     EXPECT_EQ(image("\n ( 1 , 2,3 ,4 ) x"), "(0,0,0,0)|| x");
     EXPECT_EQ(rect("(1,2,3,4,5)"), " (0,0,0,0) ||5)");
     EXPECT_EQ(rect(")(1,2,3,4)"), " (7,8,9,10) |CvRect" + first + ") not (\n|(1,2,3,4)");
-    EXPECT_EQ(image("[1,2,3,4)"), "(7,8,9,10)|IplImage" + first + "[ not (\n|1,2,3,4)");
+    EXPECT_EQ(image("[1,2,3,4)"), "(7,8,8,3)|IplImage" + first + "[ not (\n|1,2,3,4)");
     EXPECT_EQ(cv_rect("(1,-2,3,4)"), "(0,8,9,10)|cv::Rect" + stray("-", 1) + "2,3,4)");
-    EXPECT_EQ(image("(1)2,3,\xe9"), "(0,0,0,10)|IplImage" + stray("\xe9", 3));
+    EXPECT_EQ(image("(1)2,3,\xe9"), "(0,0,0,3)|IplImage" + stray("\xe9", 3));
     EXPECT_EQ(rect("(1)2\n x"), " (0,8,9,10) |CvRect" + stray("x", 1));
     // a size reads four fields as well, of which the last two are dropped
     EXPECT_EQ(size("(640,480),,8"), "(0,0)||8");

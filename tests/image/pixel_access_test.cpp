@@ -1,4 +1,4 @@
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <algorithm>
 #include <cmath>
@@ -18,19 +18,6 @@ namespace zorv {
 namespace {
 
 const std::string file = "IplImage_overloads";
-
-/// The depths of an `IplImage`, at the places of their codes in a `cv::Mat`, and what each makes of bytes that are
-/// all 200.
-const struct {
-    unsigned int ipl;
-    double widened;
-} depths[] = {{IPL_DEPTH_8U, 200},
-              {IPL_DEPTH_8S, -56},
-              {IPL_DEPTH_16U, 51400},
-              {IPL_DEPTH_16S, -14136},
-              {IPL_DEPTH_32S, -926365496},
-              {IPL_DEPTH_32F, -411206.25},
-              {IPL_DEPTH_64F, -4.3180364477547035e+42}};
 
 /// Random elements seen through a window, so that a row's stride is not its width.
 cv::Mat random_image(int cols, int rows, int type) {
@@ -65,16 +52,16 @@ TYPED_TEST_SUITE(PixelOfType, element_types, );
 TYPED_TEST(PixelOfType, IsReadFromElementsOfItsSizeAlone) {
     using T = TypeParam;
     const std::string size = std::to_string(sizeof(T)), size_in_bits = std::to_string(8 * sizeof(T));
-    for (const auto& depth : depths) {
+    for (const unsigned int depth : ipl_depths) {
         for (int channels = 1; channels <= 4; ++channels) {
-            SCOPED_TRACE(testing::Message() << depth.ipl << " " << channels);
-            test_image ipl(5, 4, depth.ipl, channels);
+            SCOPED_TRACE(testing::Message() << depth << " " << channels);
+            test_image ipl(5, 4, depth, channels);
             cv::Mat image = cv::cvarrToMat(ipl);
             const cv::Mat& constant = image;
             cv::randu(image, -300, 300);
             cvSetImageROI(ipl, cvRect(1, 1, 2, 2));
             const int c = channels - 1;
-            const std::string bits = std::to_string(depth.ipl & 255);
+            const std::string bits = std::to_string(depth & 255);
             if (bits == size_in_bits) {
                 const T* const expected = image.ptr<T>(3) + 2 * channels + c;
                 EXPECT_EQ(&get_pix<T>(image, 2, 3, c), expected);
@@ -132,34 +119,29 @@ TEST(GetPix, IplImageTestsOnlyUpperBounds) {
 }
 
 TEST(GetPix, WidensByTheImagesOwnType) {
-    for (const auto& depth : depths) {
-        test_image image(2, 2, depth.ipl, 2);
+    // what each depth makes of bytes that are all 200
+    const double widened[] = {200, -56, 51400, -14136, -926365496, -411206.25, -4.3180364477547035e+42};
+    for (int i = 0; i < 7; ++i) {
+        test_image image(2, 2, ipl_depths[i], 2);
         std::memset(image->imageData, 200, static_cast<std::size_t>(image->imageSize));
-        EXPECT_EQ(get_pix(*image, 1, 1, 1), depth.widened);
-        EXPECT_EQ(get_pix(cv::cvarrToMat(image), 1, 1, 1), depth.widened);
+        EXPECT_EQ(get_pix(*image, 1, 1, 1), widened[i]);
+        EXPECT_EQ(get_pix(cv::cvarrToMat(image), 1, 1, 1), widened[i]);
     }
 }
 
-/// Whether `action` writes `message` and a further line end to the error stream and throws it as a logic_error.
-testing::AssertionResult refuses_depth(const std::function<void()>& action, const std::string& message) {
+/// `action` writes `message` and a further line end to the error stream and throws it as a logic_error.
+void expect_refused(const std::function<void()>& action, const std::string& message) {
     stream_capture errors(std::cerr);
-    try {
-        action();
-    } catch (const std::logic_error& e) {
-        return e.what() == message && errors.text() == message + "\n"
-                   ? testing::AssertionSuccess()
-                   : testing::AssertionFailure() << e.what() << "after" << errors.text();
-    }
-    return testing::AssertionFailure() << "nothing was thrown";
+    EXPECT_THAT(action, testing::ThrowsMessage<std::logic_error>(message));
+    EXPECT_EQ(errors.text(), message + "\n");
 }
 
 TEST(GetPix, UnknownDepthsAreLogicErrors) {
     test_image image(2, 2, IPL_DEPTH_8U, 1);
     for (const unsigned int depth : {0u, 1u, 24u, IPL_DEPTH_SIGN | 24u, IPL_DEPTH_SIGN | 64u}) {
         image->depth = static_cast<int>(depth);
-        EXPECT_TRUE(
-            refuses_depth([&] { get_pix(*image, 9, 9, 9); },
-                          "get_pix:: Unrecognised unsigned depth " + std::to_string(image->depth) + "\n"));
+        expect_refused([&] { get_pix(*image, 9, 9, 9); },
+                       "get_pix:: Unrecognised unsigned depth " + std::to_string(image->depth) + "\n");
     }
 }
 
@@ -168,43 +150,36 @@ TEST(PixelAccess, DepthCodeSeven) {
     cv::Mat image = cv::Mat(3, 3, CV_16S, cv::Scalar(0));
     image.flags = (image.flags & ~CV_MAT_DEPTH_MASK) | 7;
     const std::string bare = "get_pix:: Unrecognised cv::Mat depth 7\n";
-    EXPECT_TRUE(refuses_depth([&] { get_pix(image, 9, 9, 9); }, bare));
-    EXPECT_TRUE(refuses_depth([&] { interp_pix(image, 1.5, 1.5, 9); }, bare));
-    EXPECT_TRUE(refuses_depth([&] { interp_pix_linear(image, 1.5, 1.5, 0); }, bare));
+    expect_refused([&] { get_pix(image, 9, 9, 9); }, bare);
+    expect_refused([&] { interp_pix(image, 1.5, 1.5, 9); }, bare);
+    expect_refused([&] { interp_pix_linear(image, 1.5, 1.5, 0); }, bare);
     EXPECT_REPORT(get_pix<short>(image, 1, 1, 0), file, "get_pix", "Image had unrecognised depth flag 7");
     EXPECT_REPORT(set_pix(image, 1, 1, 5), file, "set_pix", "Unrecognised cv::Mat depth 7");
     EXPECT_EQ(std::vector<short>(image.ptr<short>(0), image.ptr<short>(2) + 3), std::vector<short>(9, 0));
 }
 
 TEST(SetPix, TruncatesAndWraps) {
-    const double two_to_32 = 4294967296.0;
+    const double two_to_32 = 4294967296.0, least = -2147483648.0, nan = std::nan("");
     const struct {
         int depth;
-        double value, expected;
-    } cases[] = {{CV_8U, 300.7, 44},
-                 {CV_8U, -1, 255},
-                 {CV_8U, -0.9, 0},
-                 {CV_8U, two_to_32 + 5, 5},
-                 {CV_8U, std::nan(""), 0},
-                 {CV_8S, 200.9, -56},
-                 {CV_8S, two_to_32 + 5, 0},
-                 {CV_16U, -1.5, 65535},
-                 {CV_16U, 4 * two_to_32 + 9, 9},
-                 {CV_16U, 1e30, 0},
-                 {CV_16S, 40000.5, -25536},
-                 {CV_16S, -1e10, 0},
-                 {CV_32S, -7.9, -7},
-                 {CV_32S, 3e9, -2147483648.0},
-                 {CV_32F, 0.1, static_cast<double>(0.1f)},
-                 {CV_64F, 0.1, 0.1}};
+        std::vector<std::pair<double, double>> values;
+    } cases[] = {{CV_8U, {{300.7, 44}, {-1, 255}, {-0.9, 0}, {two_to_32 + 5, 5}, {nan, 0}}},
+                 {CV_8S, {{200.9, -56}, {two_to_32 + 5, 0}}},
+                 {CV_16U, {{-1.5, 65535}, {4 * two_to_32 + 9, 9}, {1e30, 0}}},
+                 {CV_16S, {{40000.5, -25536}, {-1e10, 0}}},
+                 {CV_32S, {{-7.9, -7}, {3e9, least}, {nan, least}}},
+                 {CV_32F, {{0.1, static_cast<double>(0.1f)}}},
+                 {CV_64F, {{0.1, 0.1}}}};
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.depth << " " << c.value);
-        cv::Mat image(2, 3, CV_MAKETYPE(c.depth, 4), cv::Scalar::all(1));
-        set_pix(image, 2, 1, cv::Scalar(2, c.value, 4, 5));
-        const double expected[] = {2, c.expected, 4, 5};
-        for (int channel = 0; channel < 4; ++channel) {
-            EXPECT_EQ(get_pix(image, 2, 1, channel), expected[channel]);
-            EXPECT_EQ(get_pix(image, 1, 1, channel), 1);
+        for (const auto& [value, element] : c.values) {
+            SCOPED_TRACE(testing::Message() << c.depth << " " << value);
+            cv::Mat image(2, 3, CV_MAKETYPE(c.depth, 4), cv::Scalar::all(1));
+            set_pix(image, 2, 1, cv::Scalar(2, value, 4, 5));
+            const double expected[] = {2, element, 4, 5};
+            for (int channel = 0; channel < 4; ++channel) {
+                EXPECT_EQ(get_pix(image, 2, 1, channel), expected[channel]);
+                EXPECT_EQ(get_pix(image, 1, 1, channel), 1);
+            }
         }
     }
 }
@@ -255,20 +230,20 @@ double linear_by_reads(const cv::Mat& image, double x, double y, int channel) {
 // To the bit, at every kind of border: sizes from one pixel on, positions up to just before the next pixel.
 TEST(Sampling, IsTheArithmeticOfSingleReads) {
     const double fractions[] = {0.0, 0.3, 0.5, 1 - 1e-9};
-    for (int type = 0; type < 4 * 8; ++type) {
-        const int depth = type % 8, channels = type / 8 + 1;
-        for (const cv::Size& size : {cv::Size(1, 1), {1, 5}, {2, 3}, {3, 2}, {4, 4}, {7, 6}}) {
-            if (depth > CV_64F) {
-                continue;
-            }
-            const cv::Mat image = random_image(size.width, size.height, CV_MAKETYPE(depth, channels));
-            for (int i = 0; i < size.area() * 16; ++i) {
-                const double x = i / 16 % size.width + fractions[i % 4];
-                const double y = i / 16 / size.width + fractions[i / 4 % 4];
-                const int c = i % channels;
-                SCOPED_TRACE(testing::Message() << type << " " << size << " " << x << "," << y);
-                ASSERT_EQ(interp_pix(image, x, y, c), cubic_by_reads(image, x, y, c));
-                ASSERT_EQ(interp_pix_linear(image, x, y, c), linear_by_reads(image, x, y, c));
+    const int sizes[][2] = {{1, 1}, {1, 5}, {2, 3}, {3, 2}, {4, 4}, {7, 6}};
+    for (int depth = CV_8U; depth <= CV_64F; ++depth) {
+        for (int i = 0; i < 24; ++i) {
+            const int channels = i % 4 + 1;
+            const cv::Mat image =
+                random_image(sizes[i / 4][0], sizes[i / 4][1], CV_MAKETYPE(depth, channels));
+            SCOPED_TRACE(testing::Message() << depth << " " << channels << " " << image.size());
+            for (int j = 0; j < image.cols * image.rows * 16; ++j) {
+                const double x = j / 16 % image.cols + fractions[j % 4];
+                const double y = j / 16 / image.cols + fractions[j / 4 % 4];
+                const int c = j % channels;
+                ASSERT_EQ(interp_pix(image, x, y, c), cubic_by_reads(image, x, y, c)) << x << "," << y;
+                ASSERT_EQ(interp_pix_linear(image, x, y, c), linear_by_reads(image, x, y, c))
+                    << x << "," << y;
             }
         }
     }
@@ -277,7 +252,6 @@ TEST(Sampling, IsTheArithmeticOfSingleReads) {
 TEST(Sampling, ValuesKnownBeforehand) {
     const cv::Mat edge = (cv::Mat_<unsigned char>(1, 6) << 0, 0, 0, 255, 255, 255);
     EXPECT_EQ(interp_pix(edge, 3.5, 0, 0), 255 + 255.0 / 16);
-    EXPECT_EQ(interp_pix(edge, 2.5, 0.75, 0), 127.5);
     const cv::Mat ramp = (cv::Mat_<float>(2, 2) << 10, 20, 30, 40);
     EXPECT_EQ(interp_pix_linear(ramp, 0.5, 0.25, 0), 20);
     EXPECT_EQ(interp_pix_linear(ramp, -0.5, -0.5, 0), -5);
