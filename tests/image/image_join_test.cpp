@@ -28,32 +28,22 @@ cv::Rect place_of(const cv::Mat& picture, int value) {
 
 using images = std::vector<cv::Mat>;
 
-cv::Mat side_by_side(const images& two, bool centre, bool fit) {
-    return join_images_side_by_side(two[0], two[1], centre, fit);
+using join_function = const cv::Mat (*)(const images&, bool, bool);
+
+template <const cv::Mat (*Join)(const cv::Mat&, const cv::Mat&, bool, bool)>
+const cv::Mat pair(const images& two, bool centre, bool fit) {
+    return Join(two[0], two[1], centre, fit);
 }
 
-cv::Mat on_top(const images& two, bool centre, bool fit) {
-    return join_images_on_top(two[0], two[1], centre, fit);
-}
-
-cv::Mat closer(const images& two, bool centre, bool fit) {
-    return join_images(two[0], two[1], centre, fit);
-}
-
-cv::Mat ordered(const images& list, bool centre, bool fit) {
-    return join_images_ordered(list, centre, fit);
-}
-
-cv::Mat unordered(const images& list, bool centre, bool fit) {
-    return join_images_unordered(list, centre, fit);
-}
-
+constexpr join_function side_by_side = pair<join_images_side_by_side>, on_top = pair<join_images_on_top>,
+                        closer = pair<join_images>, ordered = join_images_ordered,
+                        unordered = join_images_unordered;
 constexpr unsigned int centred = 1, fitted = 2;
 
 TEST(JoinImages, PutsEachImageInItsPlace) {
     using sizes = std::vector<cv::Size>;
     const struct {
-        cv::Mat (*join)(const images&, bool, bool);
+        join_function join;
         unsigned int flags;
         sizes of_images;
         cv::Size whole;
@@ -141,7 +131,7 @@ TEST(JoinImages, EachJoinAddsItsFrameToAFailure) {
     const cv::Mat wide(1, 2000000000, CV_8UC1, plain.data);
     const images empty_pair(2);  // only the fit fails
     const struct {
-        cv::Mat (*join)(const images&, bool, bool);
+        join_function join;
         images list;
         unsigned int flags;
         std::vector<std::string> functions;

@@ -56,23 +56,18 @@ TEST(CombineDepthMaps, FillsTheHolesOfTheFirst) {
 }
 
 TEST(CombineDepthMaps, RefusesMapsThatDoNotMatch) {
-    const struct {
-        int width, height;
-        unsigned int depth;
-        int channels;
-        std::string numbers;
-    } cases[] = {{4, 2, IPL_DEPTH_8U, 1, "4 heights=2,2 depths=8,8 nChannels=1,1"},
-                 {3, 1, IPL_DEPTH_8U, 1, "3 heights=2,1 depths=8,8 nChannels=1,1"},
-                 {3, 2, IPL_DEPTH_8U, 2, "3 heights=2,2 depths=8,8 nChannels=1,2"},
-                 {3, 2, IPL_DEPTH_16S, 1, "3 heights=2,2 depths=8,-2147483632 nChannels=1,1"}};
-    for (const auto& c : cases) {
-        test_image map(3, 2, IPL_DEPTH_8U, 1, 250.0), second(c.width, c.height, c.depth, c.channels);
-        stream_capture errors(std::cerr);
-        combine_depth_maps(map, second);
-        EXPECT_EQ(errors.text(),
-                  "The 2 depth maps to be combined do not match: widths=3," + c.numbers + "\n");
+    test_image map(3, 2, IPL_DEPTH_8U, 1, 250.0), wide(4, 2, IPL_DEPTH_8U, 1), flat(3, 1, IPL_DEPTH_8U, 1);
+    test_image deep(3, 2, IPL_DEPTH_16S, 1), colour(3, 2, IPL_DEPTH_8U, 2), other(4, 1, IPL_DEPTH_16S, 2);
+    stream_capture errors(std::cerr);
+    for (test_image* second : {&wide, &flat, &deep, &colour, &other}) {
+        errors.clear();
+        combine_depth_maps(map, *second);
+        EXPECT_NE(errors.text(), "");
         EXPECT_EQ(cvSum(map).val[0], 1500.0);
     }
+    EXPECT_EQ(errors.text(),
+              "The 2 depth maps to be combined do not match: widths=3,4 heights=2,1 depths=8,-2147483632 "
+              "nChannels=1,2\n");
 }
 
 using range = std::pair<double, double>;
@@ -87,12 +82,11 @@ TEST(ImageRange, TakesInAllElementsOfEveryDepth) {
     for (int depth = CV_8U; depth <= CV_64F; ++depth) {
         for (int channels = 1; channels <= 4; ++channels) {
             // a sub-matrix amid values that are out of its range
-            cv::Mat values(7, 41, CV_MAKETYPE(depth, channels));
-            cv::randu(values, cv::Scalar::all(-120), cv::Scalar::all(120));
-            cv::Mat image = cv::Mat(12, 60, values.type(), cv::Scalar::all(-127))(cv::Rect(3, 2, 41, 7));
-            values.copyTo(image);
+            const cv::Mat whole(12, 60, CV_MAKETYPE(depth, channels), cv::Scalar::all(-127));
+            cv::Mat image = whole(cv::Rect(3, 2, 41, 7));
+            cv::randu(image, cv::Scalar::all(-120), cv::Scalar::all(120));
             range expected;
-            cv::minMaxLoc(values.reshape(1), &expected.first, &expected.second);
+            cv::minMaxLoc(image.clone().reshape(1), &expected.first, &expected.second);
             EXPECT_EQ(range_of(image), expected) << depth << " " << channels;
         }
     }

@@ -35,20 +35,11 @@ std::string read(const std::string& text, T value) {
     return result.str();
 }
 
-std::string rect(const std::string& text) {
-    return read(text, cvRect(7, 8, 9, 10));
-}
-std::string cv_rect(const std::string& text) {
-    return read(text, cv::Rect(7, 8, 9, 10));
-}
-std::string image(const std::string& text) {
-    return read(text, cvIplImage(cv::Mat(8, 7, CV_8UC3)));
-}
-std::string size(const std::string& text) {
-    return read(text, cv::Size(7, 8));
-}
-
 TEST(OpencvIo, ReadersCheckTheTextAndZeroTheFields) {
+    const auto rect = [](const std::string& text) { return read(text, cvRect(7, 8, 9, 10)); };
+    const auto cv_rect = [](const std::string& text) { return read(text, cv::Rect(7, 8, 9, 10)); };
+    const auto size = [](const std::string& text) { return read(text, cv::Size(7, 8)); };
+    const auto image = [](const std::string& text) { return read(text, cvIplImage(cv::Mat(8, 7, CV_8UC3))); };
     const std::string first = " input operator : first char was ";
     const auto stray = [](const std::string& character, int field) {
         return " input operator : non numeric character " + character + " found when processing param " +

@@ -40,9 +40,11 @@ TEST(ThresholdImagePair, KeepsTheBandOfDepthInBothImages) {
             cvSetImageROI(app, cvRect(3, 0, 1, 1));
             threshold_image_pair(c.high, c.low, app, depth, nullptr, 1);
             EXPECT_EQ(depth.bytes(), byte_rows{c.kept});
+            cvResetImageROI(depth);
             cvResetImageROI(app);
             for (int x = 0; x < 8; ++x) {
-                EXPECT_EQ(cv::Scalar(cvGet2D(app, 0, x)), depth.bytes()[0][x] ? pixel : cv::Scalar());
+                const bool kept = cvGetReal2D(depth, 0, x) > 0.0;
+                EXPECT_EQ(cv::Scalar(cvGet2D(app, 0, x)), kept ? pixel : cv::Scalar());
             }
         }
     }
@@ -277,9 +279,21 @@ TEST(CentreSurroundCheck, FindsTheBoxThatASearchByCountingFinds) {
         double aspect_ratio, step;
         int minimum_width, density;
     } cases[] = {
-        {40, 30, 1.0, 1.2, 5, 50},  {40, 30, 0.75, 1.1, 1, 5},  {30, 40, 1.6, 1.5, 4, 90},
-        {40, 20, 0.3, 1.3, 5, 30},  {40, 20, 0.21, 1.3, 5, 20}, {25, 25, 1.0, 2.0, 2, 0},
-        {25, 25, 1.0, 2.0, 2, 100}, {12, 60, 4.0, 1.01, 1, 40}, {40, 12, 0.1, 1.1, 1, 40},
+        {40, 30, 1.0, 1.2, 5, 50},
+        {40, 30, 0.75, 1.1, 1, 5},
+        {30, 40, 1.6, 1.5, 4, 90},
+        {40, 20, 0.3, 1.3, 5, 30},
+        {40, 20, 0.21, 1.3, 5, 20},
+        {25, 25, 1.0, 2.0, 2, 0},
+        {25, 25, 1.0, 2.0, 2, 100},
+        {12, 60, 4.0, 1.01, 1, 40},
+        {40, 12, 0.1, 1.1, 1, 40},
+        // too large, or without an area; the margin of a narrow box is 0, and its ring has none
+        {30, 30, 1.0, 2.0, 30, 9},
+        {30, 30, 4.0, 2.0, 8, 9},
+        {30, 30, std::nan(""), 2.0, 8, 9},
+        {30, 30, 0.0, 2.0, 8, 100},
+        {4, 4, 1.0, 2.0, 3, 100},
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.width << " " << c.aspect_ratio << " " << c.minimum_width);
@@ -290,34 +304,18 @@ TEST(CentreSurroundCheck, FindsTheBoxThatASearchByCountingFinds) {
                   search_by_counting(image, c.aspect_ratio, c.minimum_width, c.step));
         EXPECT_EQ(image.bytes(), before);
     }
+}
+
+TEST(CentreSurroundCheck, FindsBoxesKnownBeforehand) {
     test_image tall(120, 190, [](int x, int y) {
         return cv::Rect(41, 131, 30, 20).contains({x, y}) ? 60 : 0;
     });
     EXPECT_EQ(check(tall, 2.0 / 3.0, 15, 2.0), (box{30, 40, 130}));
-}
-
-TEST(CentreSurroundCheck, HasNoBoxWhereNoneFitsAndTheFirstWhereAllAreEqual) {
-    const struct {
-        int size, value;
-        double aspect_ratio;
-        int minimum_width;
-        box found;
-    } cases[] = {
-        {30, 0, 1.0, 10, {10, 2, 2}},
-        {60, 0, 1.0, 29, {29, 6, 6}},
-        {30, 0, 1.0, 30, {0, 0, 0}},
-        {30, 0, 4.0, 8, {0, 0, 0}},
-        {30, 1, std::nan(""), 8, {0, 0, 0}},
-        // neither box nor ring has an area; the margin of a narrow box is 0, and its ring has none
-        {30, 1, 0.0, 8, {0, 0, 0}},
-        {4, 1, 1.0, 3, {0, 0, 0}},
-        // upside down, as far as the corners lie inside
-        {30, 1, -1.5, 8, {8, 1, 16}},
-    };
-    for (const auto& c : cases) {
-        test_image image(c.size, c.size, IPL_DEPTH_8U, 1, c.value);
-        EXPECT_EQ(check(image, c.aspect_ratio, c.minimum_width, 2.0), c.found) << c.aspect_ratio;
-    }
+    // where all are equal, the first
+    test_image black(60, 60, IPL_DEPTH_8U, 1), white(30, 30, IPL_DEPTH_8U, 1, 1.0);
+    EXPECT_EQ(check(black, 1.0, 29, 2.0), (box{29, 6, 6}));
+    // upside down, as far as the corners lie inside
+    EXPECT_EQ(check(white, -1.5, 8, 2.0), (box{8, 1, 16}));
     test_image colour({{1, 2, 3}}, 3);
     stream_capture errors(std::cerr);
     EXPECT_EQ(check(colour, 1.0, 1, 2.0), (box{0, 0, 0}));
