@@ -67,7 +67,7 @@ cv::Mat screen_pixels() {
 
 /// Whether the window comes up and shows `picture`, save for rounding, amid what the toolkit puts around it.
 bool shows(const std::string& title, const cv::Mat& picture) {
-    for (int i = 0; i < 50; ++i) {
+    for (int i = 0; i < 100; ++i) {
         const cv::Mat pixels = find_window(title).empty() ? cv::Mat() : screen_pixels();
         if (!pixels.empty()) {
             cv::Mat differences;
@@ -78,7 +78,7 @@ bool shows(const std::string& title, const cv::Mat& picture) {
                 return true;
             }
         }
-        std::this_thread::sleep_for(milliseconds(25));
+        std::this_thread::sleep_for(milliseconds(50));
     }
     return false;
 }

@@ -80,6 +80,8 @@ TEST(JoinImages, PutsEachImageInItsPlace) {
         {ordered, centred, sizes(2, {150000, 1}), {150000, 2}, {{0, 0}, {0, 1}}},
         // one column is 30 by 31 and two are 50 by 21
         {ordered, centred, {{30, 10}, {20, 20}, {30, 1}}, {30, 31}, {{0, 0}, {5, 10}, {0, 30}}},
+        // one column is 30 by 32 and two are 40 by 31
+        {ordered, centred, {{30, 30}, {10, 1}, {30, 1}}, {40, 31}, {{0, 0}, {30, 14}, {5, 30}}},
         // always centred, and fitted in the last join alone
         {unordered, 0, sizes(3, {10, 10}), {20, 20}, {{0, 0}, {10, 0}, {5, 10}}},
         {unordered, fitted, sizes(5, {10, 10}), {30, 22}, {{0, 1}, {10, 1}, {0, 11}, {10, 11}, {20, 6}}},
