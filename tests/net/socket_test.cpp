@@ -143,7 +143,7 @@ TEST(SocketServer, ListensOnAllInterfacesOfItsPortCutTo16Bits) {
     const std::string hosts[] = {"localhost", "127.0.0.2", localhost, localhost, localhost};
     std::vector<SocketClient> waiting;
     for (const std::string& host : hosts) {
-        waiting.emplace_back(host, port - 65536).SendLine(host);
+        waiting.emplace_back(host, port + 65536).SendLine(host);
     }
     for (const std::string& host : hosts) {
         const std::unique_ptr<Socket> accepted(server.Accept());
