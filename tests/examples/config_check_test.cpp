@@ -79,6 +79,7 @@ TEST(ConfigCheck, ShowsValuesAsTheFileGivesThem) {
 TEST(ConfigCheck, OnlyWhatIsNotInForceCountsAsRefused) {
     const temporary_directory folder;
     const string sample = "sample=a|0|0|0|0|0|1";
+    const string empty = folder.write("empty", "");
     const struct {
         string text;
         int refused;
@@ -93,10 +94,12 @@ TEST(ConfigCheck, OnlyWhatIsNotInForceCountsAsRefused) {
         {"setup_file_location=a.txt\nsetup_file_location=b\n", 1, "setup_file_location = a.txt\n"},
         {"classifier_file=a.long\n", 0, "classifier_file = a.long\n"},
         {"mahalanobis_covariance=1\nmahalanobis_covariance=2\n", 0, "mahalanobis_covariance = 2\n"},
-        {"mahalanobis_covariance=x\n", 1, "; a program stops here: \"mahalanobis_covariance=x\"\n"},
+        {"mahalanobis_covariance=x\n", 1, "defaults:\ncameras: 0\n"},
+        {"setup_file_location=b\n", 1, "; a program stops here: \"setup_file_location=b\"\n"},
         {"svm_multi_kernel_lengths=1\nsvm_multi_kernel_lengths=2\n", 0, "svm_multi_kernel_lengths = 2\n"},
         {"classifier_detector_neighbours=1|2\n", 0, ":1: WARNING: "},
         {"classifier_detector_neighbours=1|-2|3\n", 1, "classifier_detector_neighbours = 1|0|3\n"},
+        {"classifier_detector_neighbours=1|-2|3\nclassifier_detector_neighbours=1|-2|3\n", 2, ":2: "},
         {"scale=(0,-1,0)\n", 0, "scale = (0,-1,0)\n"},
         {"scale=8,1,1.5\n", 1, "scale = (0,1,1)\n"},
         {"haar_setting=a|1|1|1|1|0\nhaar_setting=a|1|1|1|1|0\n", 0, ":2: WARNING: "},
@@ -110,6 +113,7 @@ TEST(ConfigCheck, OnlyWhatIsNotInForceCountsAsRefused) {
         {"trees=1=2\n", 1, ":1: more than one equals sign; a program stops here: \"trees=1=2\"\n"},
         {"import=" + folder.path("none") + "\n", 1, ":1: import of \"" + folder.path("none")},
         {"import=" + folder.path() + "\n", 1, ": cannot read the file\n"},
+        {"import=" + empty + "\nimport=" + empty + "\n", 0, "cameras: 0"},
         {"\nimport=" + folder.path("file") + "\n", 1, ":2: import of \"" + folder.path("file")},
     };
     for (const auto& row : rows) {
