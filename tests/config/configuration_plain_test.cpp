@@ -1,7 +1,6 @@
 #include <cstdlib>
 #include <limits>
 #include <map>
-#include <regex>
 #include <stdexcept>
 
 #include "tests/config/declared_keys.h"
@@ -30,10 +29,11 @@ const string output_parameters_repeated =
     "multi-classifier systems.";
 
 /// The sentences of a pattern, which shows the key as %k and a value as %v, or as %n when it is turned into a number.
-texts refusal(const string& pattern, const string& key, const string& value) {
-    string result = std::regex_replace(pattern, std::regex("%k"), key);
-    result = std::regex_replace(result, std::regex("%v"), value);
-    return split(std::regex_replace(result, std::regex("%n"), number_in(value)), " ! ");
+texts refusal(string pattern, const string& key, const string& value) {
+    zorv::find_and_replace_all(pattern, "%k", key);
+    zorv::find_and_replace_all(pattern, "%v", value);
+    zorv::find_and_replace_all(pattern, "%n", number_in(value));
+    return split(pattern, " ! ");
 }
 
 /// keys / accepted values / refused values / sentences. The other booleans have the rows of their defaults.

@@ -1,4 +1,3 @@
-#include <filesystem>
 #include <fstream>
 #include <stdexcept>
 #include <utility>
@@ -13,7 +12,6 @@ using zorv::configuration;
 TEST(ConfigurationReader, TakesTheFirstWordOfALine) {
     const std::pair<string, string> cases[] = {
         {"\n \t\n__a=1", "1"},
-        {"__a=1\n", "1"},
         {"__a=1\r\n\r\n__b=2\r\n", "1"},
         {"   __a=1 trailing __a=2 =", "1"},
         {"__a=1\n__a=2\n", "2"},

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/config/store_access.h"
+#include "zorv_tools/core/text.h"
 
 /// What the tests expect of one key of the store.
 struct declared_key {
@@ -74,9 +75,9 @@ inline std::vector<declared_key> declared_keys() {
     };
     std::vector<declared_key> result;
     for (const auto& [kind, usual_default, keys] : tables) {
-        for (const std::string& word : split(keys, "\\s+")) {
-            const texts parts = split(word + ": ", ":");
-            result.push_back({parts[0], kind, parts[1], parts.size() > 3 ? parts[2] : usual_default});
+        for (const std::string& word : zorv::tokenise(keys)) {
+            const texts parts = split(word + "::", ":");
+            result.push_back({parts[0], kind, parts[1], parts[2].empty() ? usual_default : parts[2]});
         }
     }
     return result;

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <iostream>
-#include <regex>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -40,8 +39,14 @@ using texts = std::vector<std::string>;
 
 /// What stands between the separators.
 inline texts split(const std::string& text, const std::string& separator) {
-    const std::regex pattern(separator);
-    return {std::sregex_token_iterator(text.begin(), text.end(), pattern, -1), std::sregex_token_iterator()};
+    texts result;
+    std::size_t begin = 0;
+    for (std::size_t end; (end = text.find(separator, begin)) != std::string::npos;) {
+        result.push_back(text.substr(begin, end - begin));
+        begin = end + separator.size();
+    }
+    result.push_back(text.substr(begin));
+    return result;
 }
 
 /// The lines that the library wrote, without the "WARNING: " of each. A line that has none gets "bare: ".
