@@ -50,7 +50,7 @@ std::string printable(std::string text) {
 void print_lines(const std::string& place, const std::string& text) {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
-        std::cout << printable(place + ": " + line) << std::endl;
+        std::cout << printable(place) << ": " << printable(line) << std::endl;
     }
 }
 
@@ -168,9 +168,10 @@ void checked_store::set(const std::string& place, const std::string& name, const
         refuse(place, done.error + "; a program stops here: \"" + name + "=" + value + "\"");
         return;
     }
+    const std::string repeated = "WARNING: " + name + repetition;
     std::istringstream warnings(done.warnings);
     for (std::string warning; std::getline(warnings, warning);) {
-        const bool is_repetition = warning == "WARNING: " + name + repetition;
+        const bool is_repetition = warning == repeated;
         if (!(is_repetition ? holds(name, value) : is_note(warning, name))) {
             ++refused_;
             return;

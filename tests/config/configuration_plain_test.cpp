@@ -104,7 +104,7 @@ TEST(PlainKeys, MeetTheirRulesAndKeepTheFirstOrReplaceIt) {
         EXPECT_EQ(begin == end, key.kind == configuration::param_special || key.flags == "n");
         for (auto rule = begin; rule != end; ++rule) {
             const texts accepted = split(rule->second.at(1), " ");
-            const texts refused = rule->second.size() > 3 ? split(rule->second[2], " ") : texts();
+            const texts refused = rule->second.size() == 2 ? texts() : split(rule->second[2], " ");
             for (const string& value : accepted) {
                 open_store store;
                 EXPECT_EQ(warnings(store, {line + value}), texts());
@@ -112,7 +112,7 @@ TEST(PlainKeys, MeetTheirRulesAndKeepTheFirstOrReplaceIt) {
             }
             open_store store;
             for (const string& value : refused) {
-                EXPECT_EQ(warnings(store, {line + value}), refusal(rule->second[3], key.name, value));
+                EXPECT_EQ(warnings(store, {line + value}), refusal(rule->second.at(3), key.name, value));
                 EXPECT_EQ(plain_text(store, key.name), key.default_text) << value;
             }
             if (!key.default_text.empty()) {

@@ -83,16 +83,16 @@ inline std::string plain_text(const open_store& store, const std::string& key) {
 template <class Object>
 void expect_lines(const std::string& table, const std::string& other_key = "") {
     for (const std::string& row : split(table, "\n")) {
-        const texts sides = split(row, " => ");
-        if (sides.size() == 2) {
-            const texts lines = split(sides[0].substr(sides[0].find_first_not_of(' ')), " ; ");
-            zorv::configuration store;
-            texts outcome = warnings(store, lines);
-            const std::size_t equals = sides[0].rfind('=');
-            const std::size_t begin = sides[0].rfind(' ', equals) + 1;
-            const std::string key = other_key.empty() ? sides[0].substr(begin, equals - begin) : other_key;
-            outcome.insert(outcome.begin(), object_text<Object>(store, key));
-            EXPECT_EQ(outcome, split(sides[1], " ! ")) << row;
+        const std::size_t indent = row.find_first_not_of(' ');
+        if (indent == std::string::npos) {
+            continue;
         }
+        const texts sides = split(row.substr(indent), " => ");
+        zorv::configuration store;
+        texts outcome = warnings(store, split(sides[0], " ; "));
+        const std::size_t begin = sides[0].rfind(' ', sides[0].rfind('=')) + 1;
+        const std::string last_key = sides[0].substr(begin, sides[0].rfind('=') - begin);
+        outcome.insert(outcome.begin(), object_text<Object>(store, other_key.empty() ? last_key : other_key));
+        EXPECT_EQ(outcome, split(sides.at(1), " ! ")) << row;
     }
 }
