@@ -31,9 +31,9 @@ namespace zorv {
 
 /// One named value of the store. `value` owns a heap cell whose type `kind` tells.
 struct parameter {
-    std::string name;
-    void* value = nullptr;
-    std::int32_t kind = 0;
+    std::string name;       ///< the key
+    void* value = nullptr;  ///< the heap cell
+    std::int32_t kind = 0;  ///< one of `configuration::parameter_kind`
 };
 
 /// The store. It is meant to be derived from: a derived constructor uses `configuration()`, declares keys of its
@@ -58,6 +58,7 @@ public:
     /// All keys at their defaults, then the file at `path`. A null or empty path and a file that does not open
     /// are warnings; a line that is no assignment throws `exception_l`.
     configuration(char* path);
+    /// The same from a string.
     configuration(std::string path);
     virtual ~configuration();
 
@@ -72,6 +73,7 @@ public:
     bool get_param(const std::string& name, T& out) const;
 
 protected:
+    /// The record, under the name by which derived classes know it.
     using parameter = zorv::parameter;
 
     /// Declares every key of the catalogue. On a store that holds them already it only reports the duplicates.

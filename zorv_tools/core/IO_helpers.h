@@ -74,7 +74,9 @@ ZORV_TOOLS_EXPORT std::string int_to_str(int value, int digits);
 
 /// Sets the value to 0.
 ZORV_TOOLS_EXPORT void default_val(int& value);
+/// Sets the value to 0.
 ZORV_TOOLS_EXPORT void default_val(float& value);
+/// Sets the value to 0.
 ZORV_TOOLS_EXPORT void default_val(double& value);
 
 }  // namespace zorv

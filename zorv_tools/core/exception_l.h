@@ -25,6 +25,7 @@ class ZORV_TOOLS_EXPORT exception_l : public std::exception {
 public:
     /// The message is "No message", the depth 0.
     exception_l();
+    /// The report as it comes, and the depth that it is said to have.
     exception_l(const std::string& message, int depth);
     /// The copy has a string of its own, which ends at the first NUL of the other's text.
     exception_l(const exception_l& other);
@@ -32,6 +33,7 @@ public:
 
     /// The text of the report; valid as long as this object.
     const char* what() const noexcept override;
+    /// How often the report has been caught and thrown again with a frame.
     int depth() const noexcept;
 
 private:
@@ -43,9 +45,9 @@ private:
 
 /// A place in the source, as the first two lines of a report show it.
 struct code_location {
-    const char* file;
-    int line;
-    const char* function;
+    const char* file;      ///< a path; its base name is shown
+    int line;              ///< counted from 1
+    const char* function;  ///< the full signature
 };
 
 /// Throws a fresh report for `location`. For helpers that fail on behalf of the function that called them.
@@ -63,6 +65,7 @@ struct code_location {
 
 }  // namespace zorv
 
+/// The full signature of the function that it stands in.
 #if defined(_MSC_VER)
 #define ZORV_FUNCTION __FUNCSIG__
 #else

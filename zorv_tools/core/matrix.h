@@ -24,14 +24,20 @@ public:
     matrix_rows& operator=(const matrix_rows&) = delete;
     ~matrix_rows() { release(); }
 
+    /// Number of rows.
     unsigned int get_dim1() const { return dim1; }
+    /// Number of columns.
     unsigned int get_dim2() const { return dim2; }
+    /// The elements of a row, one behind the other.
     T* operator[](unsigned int row) { return data[row]; }
+    /// The elements of a row, one behind the other.
     const T* operator[](unsigned int row) const { return data[row]; }
 
+    /// Frees the storage; both dimensions are 0 then.
     void release();
     /// Zeroed storage of `rows` by `cols`, in place of what was there. Either being 0 leaves nothing.
     void allocate(unsigned int rows, unsigned int cols);
+    /// Exchanges the storage of the two; no element moves.
     void swap(matrix_rows& other) noexcept {
         std::swap(dim1, other.dim1);
         std::swap(dim2, other.dim2);
@@ -52,6 +58,7 @@ public:
     matrix();
     /// A matrix of zeros; see `set_size`.
     matrix(int rows, int cols);
+    /// A full copy.
     matrix(const matrix& other);
     virtual ~matrix();
 
@@ -64,6 +71,7 @@ public:
 
     /// Matrix product. The inner dimensions must agree and are not compared.
     matrix operator*(const matrix& rhs) const;
+    /// Puts the product `*this * rhs` in place of this matrix, whose shape may change.
     matrix& operator*=(const matrix& rhs);
     /// Matrix times column vector. A vector shorter than the row raises `std::out_of_range`; a longer one has
     /// its surplus ignored.
@@ -72,19 +80,29 @@ public:
     /// Gives the matrix a new shape, all zeros, even if the shape is the one it had. A 0 leaves it empty; a
     /// negative number throws `exception_l`, and the old elements are gone by then.
     void set_size(int rows, int cols);
+    /// Makes the matrix empty.
     void clear();
 
+    /// Number of rows.
     unsigned int get_dim1() const { return rows_.get_dim1(); }
+    /// Number of columns.
     unsigned int get_dim2() const { return rows_.get_dim2(); }
 
+    /// The element at (row, col). The indices are not tested.
     double& get(unsigned int row, unsigned int col) { return rows_[row][col]; }
+    /// The element at (row, col). The indices are not tested.
     const double& get(unsigned int row, unsigned int col) const { return rows_[row][col]; }
+    /// Sets the element at (row, col). The indices are not tested.
     void set(unsigned int row, unsigned int col, double value) { rows_[row][col] = value; }
+    /// The elements of a row, one behind the other. The index is not tested.
     double* operator[](unsigned int row) { return rows_[row]; }
+    /// The elements of a row, one behind the other. The index is not tested.
     const double* operator[](unsigned int row) const { return rows_[row]; }
+
     /// Copies as many entries as the matrix has columns; neither the row nor the vector's size is tested.
     void set_row(const unsigned int& row, const std::vector<double>& values);
 
+    /// A matrix with rows and columns exchanged.
     const matrix transpose() const;
     /// Determinant by cofactor expansion along the first column; 1 for an empty matrix. The caller sees to it
     /// that the matrix is square. The cost grows with the factorial of the size.
@@ -101,17 +119,24 @@ private:
 template <>
 class ZORV_TOOLS_EXPORT matrix<int> {
 public:
+    /// A matrix of zeros; see `set_size`.
     matrix(int rows, int cols);
     matrix(const matrix&) = delete;
     matrix& operator=(const matrix&) = delete;
     virtual ~matrix();
 
+    /// As that of `matrix<double>`.
     void set_size(int rows, int cols);
+    /// Makes the matrix empty.
     void clear();
 
+    /// Number of rows.
     unsigned int get_dim1() const { return rows_.get_dim1(); }
+    /// Number of columns.
     unsigned int get_dim2() const { return rows_.get_dim2(); }
+    /// The elements of a row, one behind the other. The index is not tested.
     int* operator[](unsigned int row) { return rows_[row]; }
+    /// The elements of a row, one behind the other. The index is not tested.
     const int* operator[](unsigned int row) const { return rows_[row]; }
 
 private:

@@ -10,12 +10,12 @@ namespace zorv {
 /// A stretch of one video frame that stands for one training sample: the box from (x1, y1) to (x2, y2), in
 /// pixels, of frame `frame` of the file `location`. A frame of -1 means that no single frame is meant.
 struct sample {
-    std::string location;
-    int frame = 0;
-    int x1 = 0;
-    int x2 = 0;
-    int y1 = 0;
-    int y2 = 0;
+    std::string location;  ///< path of the video
+    int frame = 0;         ///< counted by the host; -1 for none in particular
+    int x1 = 0;            ///< left
+    int x2 = 0;            ///< right
+    int y1 = 0;            ///< top
+    int y2 = 0;            ///< bottom
 };
 
 /// Writes "sample=" and the fields with "|" between them, in the form that a configuration file takes but for the

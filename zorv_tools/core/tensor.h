@@ -16,12 +16,15 @@ class ZORV_TOOLS_EXPORT tensor<double> {
 public:
     /// Throws `std::invalid_argument` unless there are as many values as the product of the sizes.
     tensor(const std::vector<int>& sizes, const std::vector<double>& values);
+    /// Shares the values of `other`.
     tensor(const tensor& other);
+    /// Shares the values of `other` from now on; what this object held goes with its last sharer.
     tensor& operator=(const tensor& other);
     virtual ~tensor();
 
     /// The element at a flat index, which is not tested.
     double operator[](int index) const { return values[index]; }
+    /// The sizes that the constructor was given.
     const std::vector<int> get_sizes() const;
     /// True where the sizes are the same and all elements differ by at most 0.0001.
     bool operator==(const tensor& other) const;

@@ -60,6 +60,7 @@ public:
     /// The world point at an image position with a disparity; zeros where the disparity is not above 0.0001 or
     /// the position is outside the image. Throws `exception_l` for a projection-matrix camera.
     void unproject(double u, double v, double disparity, double& x, double& y, double& z) const;
+    /// The same on a point, whose x, y and z are u, v and disparity; the other fields of `out` stay.
     void unproject(Three_d_point point, Three_d_point& out) const;
 
     /// World to camera, in place; nothing happens while no extrinsics are set.
@@ -93,11 +94,17 @@ public:
     /// store names stay as they were. See `create_camera_vector`.
     void init(configuration& settings, unsigned int index);
 
+    /// The principal point across, in image widths.
     double get_x_centre() const { return x_centre; }
+    /// The principal point down, in image heights.
     double get_y_centre() const { return y_centre; }
+    /// The focal length across, in image widths whatever the name says.
     double get_x_focus_pixels() const { return x_focus_pixels; }
+    /// The focal length down, in image heights whatever the name says.
     double get_y_focus_pixels() const { return y_focus_pixels; }
+    /// In pixels.
     int get_image_width() const { return image_width; }
+    /// In pixels.
     int get_image_height() const { return image_height; }
     /// The stereo baseline, in world units.
     double get_baseline() const { return disp_to_dist; }

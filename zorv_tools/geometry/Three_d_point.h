@@ -12,12 +12,16 @@ namespace zorv {
 /// values. Three further fields have no operation of their own; they are only carried along.
 class ZORV_TOOLS_EXPORT Three_d_point {
 public:
+    /// All zero.
     Three_d_point() = default;
+    /// The position and the three associated values, which come as whole numbers.
     Three_d_point(double x_value, double y_value, double z_value, int value0, int value1, int value2)
         : x(x_value), y(y_value), z(z_value), extra0(value0), extra1(value1), extra2(value2) {}
+    /// A full copy.
     Three_d_point(const Three_d_point&) = default;
     virtual ~Three_d_point() = default;
 
+    /// Takes all nine fields.
     Three_d_point& operator=(const Three_d_point&) = default;
     /// Stores the entries in x, y, z and the three associated values, in that order. A shorter vector leaves the
     /// later fields; a longer one throws `exception_l` after all six have been stored.
@@ -34,6 +38,7 @@ public:
         }
         return this->*field(index);
     }
+    /// The same for reading.
     double operator[](int index) const {
         if (index < 0 || index > 5) {
             throw_bad_index(ZORV_HERE, index);
@@ -45,15 +50,15 @@ public:
     /// the result -1.0, which a true result may be too.
     double dot_product(const std::vector<double>& other) const;
 
-    double x = 0;
-    double y = 0;
-    double z = 0;
-    double extra0 = 0;
-    double extra1 = 0;
-    double extra2 = 0;
-    double reserved0 = 0;
-    double reserved1 = 0;
-    double reserved2 = 0;
+    double x = 0;          ///< or u, in pixels
+    double y = 0;          ///< or v, in pixels
+    double z = 0;          ///< or the disparity, in pixels
+    double extra0 = 0;     ///< first associated value; the host gives it a meaning
+    double extra1 = 0;     ///< second associated value
+    double extra2 = 0;     ///< third associated value
+    double reserved0 = 0;  ///< only carried along
+    double reserved1 = 0;  ///< only carried along
+    double reserved2 = 0;  ///< only carried along
 
 private:
     static double Three_d_point::*field(int index) {

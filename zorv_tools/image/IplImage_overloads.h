@@ -5,9 +5,9 @@
 /// extraction of one field of an interlaced frame.
 ///
 /// A position is x (column) first, y (row) second, then the channel, all counted from 0; row 0 is the first row
-/// of the image's data. `roi` and `origin` of an `IplImage` are ignored. Every read and write tests what it is
-/// given and reports a failure with its numbers; on success nothing is allocated. No function keeps any state,
-/// so that several threads may read one image.
+/// of the image's data. `roi` and `origin` of an `IplImage` are ignored, save by `get_rows`. Every read and write
+/// tests what it is given and reports a failure with its numbers; on success nothing is allocated. No function
+/// keeps any state, so that several threads may read one image.
 
 #include <cstddef>
 #include <cstring>
@@ -152,6 +152,7 @@ T& get_pix(cv::Mat& image, const int x, const int y, const int channel) {
 /// One element by the image's own type, widened to double. Throws as `get_pix<T>` does. A depth that has no such
 /// type is written to the standard error stream and thrown as `std::logic_error`.
 ZORV_TOOLS_EXPORT double get_pix(const IplImage& image, const int x, const int y, const int channel);
+/// The same for a `cv::Mat`.
 ZORV_TOOLS_EXPORT double get_pix(const cv::Mat& image, const int x, const int y, const int channel);
 
 /// Writes all channels of a pixel. Values are truncated toward zero and then wrap to the element's size; nothing
@@ -181,6 +182,7 @@ ZORV_TOOLS_EXPORT double interp_pix_linear(const cv::Mat& image, const double x,
 /// the last one of `dest` is written: give frames with an even number of rows.
 ZORV_TOOLS_EXPORT void get_rows(const cv::Mat& src, cv::Mat& dest, const int xScale, const int yScale,
                                 const bool odd_field);
+/// The same for an `IplImage`; of one with a region of interest, for that region.
 ZORV_TOOLS_EXPORT void get_rows(const IplImage* src, IplImage* dest, const int xScale, const int yScale,
                                 const bool odd_field);
 

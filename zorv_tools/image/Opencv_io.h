@@ -23,14 +23,22 @@
 
 namespace zorv {
 
+/// Writes " (x,y,width,height) ".
 ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const CvRect& rect);
+/// Writes the header, "(width,height,depth,channels)"; no pixels.
 ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const IplImage& image);
+/// Writes "(x,y,width,height)".
 ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const cv::Rect_<int>& rect);
+/// Writes "(width,height)".
 ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const cv::Size_<int>& size);
 
+/// Checks the text of a rectangle and sets the fields to 0.
 ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, CvRect& rect);
+/// Checks the text of a header and sets width, height, depth and channels to 0; the pixels stay as they are.
 ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, IplImage& image);
+/// Checks the text of a rectangle and sets the fields to 0.
 ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, cv::Rect_<int>& rect);
+/// Checks the text and sets the fields to 0. Goes on reading behind the ")".
 ZORV_TOOLS_EXPORT std::istream& operator>>(std::istream& in, cv::Size_<int>& size);
 
 /// Reads rows, columns and then all values in row-major order, separated by white space, into a matrix that must

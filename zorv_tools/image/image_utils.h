@@ -89,8 +89,10 @@ ZORV_TOOLS_EXPORT void image_region_copy(IplImage* source, IplImage* dest, CvRec
 /// Side by side or on top of each other, whichever wastes less of a 4:3 frame; on top if that is equal.
 ZORV_TOOLS_EXPORT const cv::Mat join_images(const cv::Mat& first, const cv::Mat& second, bool centre,
                                             bool fit_4_3);
+/// The first above the second; as wide as the wider, as high as both.
 ZORV_TOOLS_EXPORT const cv::Mat join_images_on_top(const cv::Mat& first, const cv::Mat& second, bool centre,
                                                    bool fit_4_3);
+/// The first left of the second; as high as the higher, as wide as both.
 ZORV_TOOLS_EXPORT const cv::Mat join_images_side_by_side(const cv::Mat& first, const cv::Mat& second,
                                                          bool centre, bool fit_4_3);
 
@@ -118,6 +120,7 @@ ZORV_TOOLS_EXPORT void imagesc(const std::string& window_name, cv::Mat& image);
 
 /// Shows the image in a window "Image check" until a key is pressed.
 ZORV_TOOLS_EXPORT void check_image(cv::Mat& image);
+/// The same for an `IplImage`.
 ZORV_TOOLS_EXPORT void check_image(IplImage* image);
 
 /// @}

@@ -13,9 +13,10 @@
 
 #include "zorv_tools/core/export.h"
 
+/// A vertex, in any unit.
 struct point {
-    double x;
-    double y;
+    double x;  ///< across
+    double y;  ///< down or up, the same for both polygons
 };
 
 /// The steps of the measure in 32-bit arithmetic, whose products wrap. Its magnitude cannot exceed some 8.6e-9 of

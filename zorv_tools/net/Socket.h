@@ -68,7 +68,7 @@ protected:
     /// @throws char* "Could not start WSA"
     explicit Socket(SOCKET handle);
 
-    SOCKET socket_ = 0;
+    SOCKET socket_ = 0;                  ///< the handle
     std::int32_t* ref_count_ = nullptr;  ///< number of objects that share the handle; shared by them all
 
 private:
@@ -92,7 +92,9 @@ public:
     /// @throws char* as the constructor of Socket
     SocketClient(const std::string& host, int port);
 
+    /// As the copies of Socket.
     SocketClient(const SocketClient& other) = default;
+    /// As that of Socket: what this object held stays open.
     SocketClient& operator=(SocketClient& other) = default;
 };
 
@@ -107,7 +109,9 @@ public:
     /// @throws char* "INVALID_SOCKET" if the port is taken, and as the constructor of Socket
     SocketServer(int port, int connections, TypeSocket type);
 
+    /// As the copies of Socket.
     SocketServer(const SocketServer& other) = default;
+    /// As that of Socket: what this object held stays open.
     SocketServer& operator=(SocketServer& other) = default;
 
     /// The next connection, which the caller deletes; null if the server is non-blocking and none is waiting.

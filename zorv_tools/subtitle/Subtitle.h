@@ -22,17 +22,23 @@
 
 namespace zorv {
 
+/// One block of a track.
 class ZORV_TOOLS_EXPORT Subtitle {
 public:
+    /// No text, from 00:00:00,000 to the same, at 23.976 frames a second.
     Subtitle() = default;
+    /// The same at another frame rate.
     /// @param frames_per_second not checked
     explicit Subtitle(double frames_per_second);
+    /// A full copy.
     Subtitle(const Subtitle& other) = default;
+    /// Takes all fields, the frame rate too.
     Subtitle& operator=(const Subtitle& other) = default;
     virtual ~Subtitle() = default;
 
-    /// The frames at which the text comes up and goes, truncated toward zero.
+    /// The frame at which the text comes up, truncated toward zero.
     int start_frame() const;
+    /// The frame at which the text goes, truncated toward zero.
     int end_frame() const;
 
     /// Place in the sequence.
@@ -43,7 +49,9 @@ public:
     float confidence = 0;
     /// A single line.
     std::string text;
+    /// When the text comes up.
     Timestamp start;
+    /// When the text goes; not compared with the start.
     Timestamp end;
 };
 

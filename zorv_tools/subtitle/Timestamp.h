@@ -13,11 +13,14 @@
 
 namespace zorv {
 
+/// A time of day of a video, by its fields.
 class ZORV_TOOLS_EXPORT Timestamp {
 public:
     /// 00:00:00,000.
     Timestamp() = default;
+    /// A full copy.
     Timestamp(const Timestamp& other) = default;
+    /// Takes all fields.
     Timestamp& operator=(const Timestamp& other) = default;
     virtual ~Timestamp() = default;
 
@@ -34,10 +37,10 @@ public:
     /// Compares the two times in seconds, not field by field: 00:01:00,000 and 00:00:60,000 are equivalent.
     bool operator<(const Timestamp& other) const;
 
-    int hours = 0;
-    int minutes = 0;
-    int seconds = 0;
-    int milliseconds = 0;
+    int hours = 0;         ///< of more than two digits it cannot be written
+    int minutes = 0;       ///< of more than two digits it cannot be written
+    int seconds = 0;       ///< of more than two digits it cannot be written
+    int milliseconds = 0;  ///< of more than three digits it cannot be written
 };
 
 /// Reads one word and the white space around it. The word needs two colons and a comma behind them, and between

@@ -1,6 +1,13 @@
 #pragma once
 
 #ifdef _WIN32
+// Else the macros `min` and `max` would get in the way of whatever is included with this.
+#ifndef NOMINMAX
+#define NOMINMAX
+#endif
+#ifndef WIN32_LEAN_AND_MEAN
+#define WIN32_LEAN_AND_MEAN
+#endif
 #include <windows.h>
 #else
 #include <unistd.h>
