@@ -1,7 +1,5 @@
 #include "zorv_tools/config/configuration.h"
 
-#include <fstream>
-#include <iterator>
 #include <stdexcept>
 #include <type_traits>
 
@@ -24,14 +22,6 @@ TEST(Configuration, StartsWithItsKeysInOrderAtTheirDefaults) {
         EXPECT_EQ(store.parameters[i].name, key.name);
         EXPECT_EQ(store.parameters[i].kind, key.kind) << key.name;
         EXPECT_EQ(plain_text(store, key.name), key.default_text) << key.name;
-    }
-}
-
-TEST(Configuration, EveryKeyIsInTheManual) {
-    std::ifstream in(ZORV_TEST_SOURCE_ROOT "/docs/configuration.md");
-    const string manual((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    for (const declared_key& key : declared_keys()) {
-        EXPECT_NE(manual.find("`" + key.name + "`"), string::npos) << key.name;
     }
 }
 

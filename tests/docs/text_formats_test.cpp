@@ -11,9 +11,8 @@
 #include <set>
 #include <sstream>
 
-#include "tests/config/store_access.h"
 #include "tests/docs/page.h"
-#include "tests/net/plain_peer.h"
+#include "tests/net/sockets.h"
 #include "tests/support/stream_capture.h"
 #include "tests/support/temporary_directory.h"
 #include "zorv_tools/zorv_tools.h"
@@ -21,6 +20,40 @@
 using std::string;
 
 namespace {
+
+/// A store that shows its values as text, of special keys only whether there is an object.
+class shown_store : public zorv::configuration {
+public:
+    using configuration::configure;
+    using configuration::parameters;
+
+    static string text_of(const parameter& record) {
+        std::ostringstream out;
+        switch (record.kind) {
+            case param_int:
+                out << *static_cast<int*>(record.value);
+                break;
+            case param_double:
+                out << *static_cast<double*>(record.value);
+                break;
+            case param_bool:
+                out << *static_cast<bool*>(record.value);
+                break;
+            case param_string:
+                out << *static_cast<string*>(record.value);
+                break;
+            default:
+                out << (*static_cast<void**>(record.value) ? "object" : "null");
+        }
+        return out.str();
+    }
+
+    string text_of(const string& key) const {
+        const auto place = std::find_if(parameters.begin(), parameters.end(),
+                                        [&](const parameter& record) { return record.name == key; });
+        return place == parameters.end() ? "no such key" : text_of(*place);
+    }
+};
 
 using conversion = std::function<string(const string&)>;
 
@@ -86,50 +119,45 @@ string line_read(const string& line) {
     const temporary_directory folder;
     const stream_capture errors(std::cerr);
     const stream_capture output(std::cout);
-    const open_store store;
-    open_store changed;
+    const shown_store fresh;
+    shown_store store;
     std::ifstream in(folder.write("line.txt", line));
-    changed.configure(in);
+    store.configure(in);
     if (!errors.text().empty()) {
         return "warning: " + errors.text();
     }
-    for (const auto& record : store.parameters) {
-        if (text_of(store, record.name) != text_of(changed, record.name)) {
-            return record.name + " " + text_of(changed, record.name);
+    for (const auto& record : fresh.parameters) {
+        if (store.text_of(record.name) != fresh.text_of(record)) {
+            return record.name + " " + store.text_of(record.name);
         }
     }
-    return "trees " + text_of(changed, "trees");
+    return "trees " + store.text_of("trees");
 }
 
 string lines_received(const string& bytes) {
-    const fresh_server server(zorv::Blocking);
-    plain_connection far = plain_connection::to(server.port);
-    const auto peer = server.accept();
-    far.send(bytes);
-    far.close();
+    connection joined;
+    joined.client.SendBytes(bytes);
+    joined.client.Close();
     string shown;
     for (string line = "-"; !line.empty();) {
-        line = peer->ReceiveLine();
+        line = joined.peer->ReceiveLine();
         shown += (shown.empty() ? "\"" : " \"") + escaped(line) + "\"";
     }
     return shown;
 }
 
-string sent(const std::function<void(int port)>& send) {
-    plain_listener listener;
-    send(listener.port());
-    plain_connection connection = listener.accept();
-    return escaped(connection.receive(1000));
-}
-
 string announced(const string& name) {
-    return sent([&](int port) { zorv::write_string_to_socket(name, "127.0.0.1", port); });
+    const fresh_server server;
+    zorv::write_string_to_socket(name, localhost, server.port);
+    return server.receive_next();
 }
 
 string file_sent(const string& bytes) {
     const temporary_directory folder;
+    const fresh_server server;
     std::ifstream file(folder.write("file", bytes), std::ios::binary);
-    return sent([&](int port) { zorv::write_file_to_socket(file, "127.0.0.1", port); });
+    zorv::write_file_to_socket(file, localhost, server.port);
+    return escaped(server.receive_next());
 }
 
 IplImage header(int depth, int channels) {
@@ -228,7 +256,7 @@ public:
             for (const string& line : block.lines) {
                 const std::size_t blank = line.find(' ');
                 const string value = blank == string::npos ? "" : line.substr(blank + 1);
-                EXPECT_EQ(text_of(store_, line.substr(0, blank)), value) << line;
+                EXPECT_EQ(store_.text_of(line.substr(0, blank)), value) << line;
             }
         } else if (label == "warnings") {
             EXPECT_EQ(block.text(), warnings_);
@@ -289,7 +317,7 @@ private:
     std::filesystem::path home_;
     temporary_directory folder_;
     string file_;
-    open_store store_;
+    shown_store store_;
     string warnings_;
     string track_;
     int reports_ = 0;
