@@ -111,10 +111,11 @@ TEST(ListKeys, DetectorRegionIsZeroAfterAFailure) {
 TEST(ListKeys, TextsAreAppendedAsTheyStand) {
     for (const string key :
          {"ip_step", "surface_normal_imgs", "precomputed_of_paths", "sf_gt_disp_loc", "colour_model_locs"}) {
-        expect_lines<texts>(key + "=a|b ; .txt ; .txt => [a|b .txt .txt]");
+        expect_lines<texts>(
+            key + "=a|b/longer/than/23/chars ; .txt ; .txt => [a|b/longer/than/23/chars .txt .txt]");
     }
     expect_lines<texts>(R"(
-        model_loc=a|b.txt ; .txt ; .txt => [a|b.txt .txt .txt]
+        model_loc=a|b/longer/than/23/chars.txt ; .txt ; .txt => [a|b/longer/than/23/chars.txt .txt .txt]
         model_loc=a.TXT ; a.txt2 => null ! model_loc does not have a .txt extension: a.TXT ! model_loc does not have a .txt extension: a.txt2
     )");
 }
