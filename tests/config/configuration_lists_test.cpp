@@ -77,7 +77,7 @@ TEST(ListKeys, ChecksRemoveTheList) {
         model_size=1|1|1|1|1|1|1|1|nan => null ! An incorrect scale was entered for model_size, all scales must be greater than 0
         model_size=1|0.1|1|0.1|1|0.1|1|0.1|inf => [1 0.1 1 0.1 1 0.1 1 0.1 inf]
         model_size=1 ; 1|1|1|1|1|1|1|1 ; 2 => [1 1 1 1 1 1 1 1] ! Input format for model size is "x_size|x_step|y_size|y_step|z_size|z_step|channels|scale1..." ! model_size parameter encountered multiple times in config file
-        model_pose_limits=1|2 => null ! Input format for model size is "min_limit1|max_limit1|step1|..."
+        model_pose_limits=1|2|3|4|5 => null ! Input format for model size is "min_limit1|max_limit1|step1|..."
         model_pose_limits=1|2|1|3|3|1|4|5|1 => null ! One of the min limits for model_pose_limits was >= the max limit
         model_pose_limits=2|1|1 ; 1|2|3 ; 2 => [1 2 3] ! One of the min limits for model_pose_limits was >= the max limit ! model_pose_limits parameter encountered multiple times in config file
         model_pose_limits=nan|2|1 => null ! One of the min limits for model_pose_limits was >= the max limit
@@ -111,10 +111,11 @@ TEST(ListKeys, DetectorRegionIsZeroAfterAFailure) {
 TEST(ListKeys, TextsAreAppendedAsTheyStand) {
     for (const string key :
          {"ip_step", "surface_normal_imgs", "precomputed_of_paths", "sf_gt_disp_loc", "colour_model_locs"}) {
-        expect_lines<texts>(key + "=a|b ; .txt ; .txt => [a|b .txt .txt]");
+        expect_lines<texts>(
+            key + "=a|b/longer/than/23/chars ; .txt ; .txt => [a|b/longer/than/23/chars .txt .txt]");
     }
     expect_lines<texts>(R"(
-        model_loc=a|b.txt ; .txt ; .txt => [a|b.txt .txt .txt]
+        model_loc=a|b/longer/than/23/chars.txt ; .txt ; .txt => [a|b/longer/than/23/chars.txt .txt .txt]
         model_loc=a.TXT ; a.txt2 => null ! model_loc does not have a .txt extension: a.TXT ! model_loc does not have a .txt extension: a.txt2
     )");
 }

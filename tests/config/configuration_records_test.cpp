@@ -66,7 +66,7 @@ TEST(HaarSetting, IsAppendedWithinItsBoundsUnlessAllItsFieldsAreKnown) {
         haar_setting=a|0|1|1|0|-1 => null ! base_height less than 1: 0
         haar_setting=a|0|1|1|1|-1 => null ! extra_settings less than 0 or greater than 15: -1
         haar_setting=a|0|1|1|1|16 => null ! extra_settings less than 0 or greater than 15: 16
-        haar_setting=a|1.5|2|3|4|15|x ; |nan|1|1|1|0 => [a|1.5|2|3|4|15 |nan|1|1|1|0]
+        haar_setting=a/longer/than/23/characters|1.5|2|3|4|15|x ; |nan|1|1|1|0 => [a/longer/than/23/characters|1.5|2|3|4|15 |nan|1|1|1|0]
         haar_setting=a|1.5|2|3|4|15 ; b|1.5|2|3|4|15 => [a|1.5|2|3|4|15 b|1.5|2|3|4|15]
         haar_setting=a|1.5|2|3|4|15 ; a|1|2|3|4|15 => [a|1.5|2|3|4|15 a|1|2|3|4|15]
         haar_setting=a|1.5|2|3|4|15 ; a|1.5|1|3|4|15 => [a|1.5|2|3|4|15 a|1.5|1|3|4|15]
@@ -88,7 +88,7 @@ TEST(Sample, IsAppendedWithinItsBoundsWhateverItsValues) {
         sample=a|-1|5|5|-1|-2|1 => null ! y1 less than 0: -1
         sample=a|-1|5|5|7|6|1 => null ! y2 (6)  less than y1 (7)
         classes=3 ; sample=a.avi|-1|1|2|3|4|9 => [a.avi|-1|1|2|3|4] ! class parameter not below number of classes (3): 9
-        sample=a|12x|0|0|0|0|1 ; |0|5|5|7|7|1 => [a|12|0|0|0|0 |0|5|5|7|7]
+        sample=a/longer/than/23/characters|12x|0|0|0|0|1 ; |0|5|5|7|7|1 => [a/longer/than/23/characters|12|0|0|0|0 |0|5|5|7|7]
     )");
     expect_lines<doubles>("sample=a|-1|5|5|7|6|1 => null ! y2 (6)  less than y1 (7)", "class_vector");
 }
