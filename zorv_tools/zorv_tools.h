@@ -3,6 +3,9 @@
 /// @file
 /// Every public header of the library.
 
+/// \namespace zorv
+/// All names of the library but those of `polygon_overlap.h`, which are global, and the macros.
+
 #include "zorv_tools/config/configuration.h"
 #include "zorv_tools/config/parameter_records.h"
 #include "zorv_tools/core/IO_helpers.h"
