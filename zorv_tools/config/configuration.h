@@ -45,7 +45,7 @@ class ZORV_TOOLS_EXPORT configuration {
 public:
     /// What the cell of a parameter holds. The numbers are fixed.
     enum parameter_kind : std::int32_t {
-        param_special = -1,  ///< one `void*`, null until the first value comes, to an object of the key's own type
+        param_special = -1,  ///< a `void*`, null before the first value, to an object of the key's type
         param_int = 0,       ///< an `int`
         param_double = 1,    ///< a `double`
         param_bool = 2,      ///< a `bool`

@@ -52,15 +52,14 @@ public:
     virtual ~Camera();
 
     /// Takes the intrinsics and passes the other's extrinsics to `set_extrinsics`, nothing else: what belongs to
-    /// a projection-matrix camera stays as it was; this is kept as hosts know it. Extrinsics that are not six numbers
-    /// (a new camera, or one set by a quaternion) are therefore reported on the standard error stream and leave the
-    /// rotation, and others write the note about old calibrations.
+    /// a projection-matrix camera stays as it was, which is meant. Extrinsics that are not six numbers (a new camera,
+    /// or one set by a quaternion) are therefore reported on the standard error stream and leave the rotation.
     Camera& operator=(const Camera& other);
 
     /// Projects a world point. A pinhole camera gives the position and the disparity; a projection-matrix camera
     /// gives 1.0 in place of the disparity. A result outside the image gives three zeros, as does, for a pinhole
     /// camera, a depth in its frame of 0.0001 or less. A projection-matrix camera refuses a c of exactly 0 alone, so
-    /// that points behind it are projected too. An x or y that is not a number comes through as such.
+    /// that points behind it are projected too. A position that comes out as not a number counts as inside.
     void project(double x, double y, double z, double& u, double& v, double& disparity) const;
     /// The same with the position rounded to whole pixels; exactly half way goes down.
     void project(double x, double y, double z, int& u, int& v, double& disparity) const;
@@ -80,7 +79,7 @@ public:
     void undo_extrinsic(double& x, double& y, double& z) const;
 
     /// Depth along the optical axis from disparity and, by the same formula, disparity from depth: W fx B over the
-    /// value. No test is made: 0 divides by zero, and on a projection-matrix camera the result means nothing.
+    /// value. No test is made: 0 divides by zero, and the camera's kind is not looked at.
     double switch_disp_to_z(const double& value) const;
 
     /// Projects the world point, projects the six neighbours of the result (in u, v and disparity) in turn as if
@@ -93,8 +92,8 @@ public:
     /// units, as they come.
     void set_camera_params(double x_centre, double y_centre, double x_focus_pixels, double y_focus_pixels,
                            double disp_to_dist);
-    /// Width and height in pixels, truncated toward zero. Only this gives a size to a projection-matrix camera, which
-    /// without it has every point outside its image.
+    /// Width and height in pixels, truncated toward zero. A projection-matrix camera gets no size from its own keys:
+    /// until it is given one here, every point lies outside its image.
     void set_resolution(double width, double height);
     /// Angles about z (roll), x (pitch) and y (yaw) in degrees, clockwise camera rotations positive, then the
     /// camera's position x, y, z. Six numbers within 0.0001 of 0 switch the extrinsics off; another count than six is

@@ -12,7 +12,7 @@ namespace zorv {
 
 /// Fits a 4 by 4 homogeneous matrix H, with H(3,3) fixed at 1, that carries each target point onto its original
 /// point: (original, 1) is proportional to H (target, 1). Mind the direction, the first argument is the image. A
-/// transform that has a 0 at (3,3), as one that carries the target's origin to infinity, cannot be found.
+/// transform with a 0 at (3,3), one that carries the targets' origin to infinity, cannot be found.
 ///
 /// The fifteen other elements are the least-squares solution, by singular values, of three linear equations a
 /// point,
