@@ -12,10 +12,14 @@ using double_pair = double __attribute__((vector_size(16)));
 struct double_pair {
     double values[2];
     double operator[](int i) const { return values[i]; }
-    friend double_pair operator*(double_pair a, double b) { return {{a.values[0] * b, a.values[1] * b}}; }
     friend double_pair operator+(double_pair a, double_pair b) {
         return {{a.values[0] + b.values[0], a.values[1] + b.values[1]}};
     }
+    friend double_pair operator-(double_pair a, double_pair b) {
+        return {{a.values[0] - b.values[0], a.values[1] - b.values[1]}};
+    }
+    friend double_pair operator*(double_pair a, double b) { return {{a.values[0] * b, a.values[1] * b}}; }
+    friend double_pair operator*(double a, double_pair b) { return b * a; }
 };
 #endif
 

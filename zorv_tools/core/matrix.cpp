@@ -8,6 +8,8 @@
 
 namespace zorv {
 
+namespace internal {
+
 template <class T>
 void matrix_rows<T>::release() {
     ::operator delete(data);
@@ -37,10 +39,12 @@ void matrix_rows<T>::allocate(unsigned int rows, unsigned int cols) {
 template class matrix_rows<double>;
 template class matrix_rows<int>;
 
+}  // namespace internal
+
 namespace {
 
 template <class T>
-void resize(matrix_rows<T>& storage, int rows, int cols, const code_location& caller) {
+void resize(internal::matrix_rows<T>& storage, int rows, int cols, const code_location& caller) {
     // The old elements go first, whatever follows.
     storage.release();
     if (rows < 0 || cols < 0) {
@@ -52,8 +56,8 @@ void resize(matrix_rows<T>& storage, int rows, int cols, const code_location& ca
 }
 
 /// left times right into zeroed storage of its own. Each sum runs over k from 0 upward, starting at 0.0.
-void multiply(const matrix_rows<double>& left, const matrix_rows<double>& right,
-              matrix_rows<double>& product) {
+void multiply(const internal::matrix_rows<double>& left, const internal::matrix_rows<double>& right,
+              internal::matrix_rows<double>& product) {
     const unsigned int rows = left.get_dim1();
     const unsigned int cols = right.get_dim2();
     // The two are equal in a correct call; the smaller keeps a wrong one inside both matrices.
@@ -113,7 +117,7 @@ matrix<double> matrix<double>::operator*(const matrix& rhs) const {
 }
 
 matrix<double>& matrix<double>::operator*=(const matrix& rhs) {
-    matrix_rows<double> product;
+    internal::matrix_rows<double> product;
     multiply(rows_, rhs.rows_, product);
     rows_.swap(product);
     return *this;

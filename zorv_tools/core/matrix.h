@@ -14,12 +14,10 @@
 
 namespace zorv {
 
-/// Dense matrix. There is one of doubles, which computes, and one of ints, which only stores.
-template <class T>
-class matrix;
+namespace internal {
 
 /// Storage that both kinds of matrix are made of: a row pointer for each row, and the elements behind them in one
-/// block. Not for hosts.
+/// block.
 template <class T>
 class matrix_rows {
 public:
@@ -56,6 +54,12 @@ private:
     unsigned int dim2 = 0;
     T** data = nullptr;
 };
+
+}  // namespace internal
+
+/// Dense matrix. There is one of doubles, which computes, and one of ints, which only stores.
+template <class T>
+class matrix;
 
 /// Matrix of doubles: storage, products, transpose, determinant and pseudo-inverse. It has no move operations: a
 /// temporary is copied.
@@ -121,7 +125,7 @@ public:
     const matrix invert() const;
 
 private:
-    matrix_rows<double> rows_;
+    internal::matrix_rows<double> rows_;
 };
 
 /// Matrix of ints: storage alone, which cannot be copied.
@@ -150,7 +154,7 @@ public:
     /// @}
 
 private:
-    matrix_rows<int> rows_;
+    internal::matrix_rows<int> rows_;
 };
 
 }  // namespace zorv

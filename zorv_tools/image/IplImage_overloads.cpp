@@ -8,8 +8,8 @@
 #include <string>
 #include <type_traits>
 
+#include "zorv_tools/core/double_pair.h"
 #include "zorv_tools/core/truncate.h"
-#include "zorv_tools/image/internal/double_pair.h"
 
 namespace zorv {
 
@@ -186,14 +186,14 @@ double sample_cubic(const cv::Mat& image, int ix, int iy, double tx, double ty, 
     const auto two_rows = [=](const unsigned char* upper) {
         const unsigned char* const lower = upper + row_stride;
         const auto read = [=](std::size_t column) {
-            return internal::double_pair(widen(internal::load<T>(upper + column * column_stride)),
-                                         widen(internal::load<T>(lower + column * column_stride)));
+            return internal::double_pair{widen(internal::load<T>(upper + column * column_stride)),
+                                         widen(internal::load<T>(lower + column * column_stride))};
         };
         return catmull_rom(read(0), read(1), read(2), read(3), tx);
     };
     const internal::double_pair upper = two_rows(first);
     const internal::double_pair lower = two_rows(first + 2 * row_stride);
-    return catmull_rom(upper.first(), upper.second(), lower.first(), lower.second(), ty);
+    return catmull_rom(upper[0], upper[1], lower[0], lower[1], ty);
 }
 
 template <class T>
