@@ -128,29 +128,27 @@ TEST(TransformEstimator, DegenerateAndFewPoints) {
 }
 
 TEST(TransformEstimator, Reports) {
-    Transform_estimator estimator;
+    const auto expect = [](const auto& original, const auto& target, const std::string& function,
+                           const std::string& sentence) {
+        EXPECT_REPORT(Transform_estimator().estimate_transform(original, target), "Transform_estimator",
+                      function, "Transform_estimator::estimate_transform() : mismatch on " + sentence);
+    };
     row_list five(5, {1, 2, 3});
-    row_list four(4, {1, 2, 3});
     row_list longer = five;
     longer[2].push_back(1.0);
     const auto five_pointers = pointers_to(five);
-    const auto four_pointers = pointers_to(four);
     const auto longer_pointers = pointers_to(longer);
-    const std::string mismatch = "Transform_estimator::estimate_transform() : mismatch on ";
-    const std::string fewer = mismatch + "number of points. original size=4 while target size=5";
-    const std::string more = mismatch + "number of points. original size=5 while target size=4";
-    const std::string dimensions =
-        mismatch + "dimensionality of point 2. original dims=3 while target dims=4";
-    const std::string columns = mismatch + "dimension of point 0. original size=3 while target size=7";
-    const std::string file = "Transform_estimator";
-    EXPECT_REPORT(estimator.estimate_transform(four, five), file, "estimate_transform", fewer);
-    EXPECT_REPORT(estimator.estimate_transform(five, four), file, "estimate_transform", more);
-    EXPECT_REPORT(estimator.estimate_transform(five, longer), file, "estimate_transform", dimensions);
-    EXPECT_REPORT(estimator.estimate_transform(&four_pointers, &five_pointers), file, "*>*", fewer);
-    EXPECT_REPORT(estimator.estimate_transform(&five_pointers, &longer_pointers), file, "estimate_transform",
-                  dimensions);
-    EXPECT_REPORT(estimator.estimate_transform(to_matrix(four), to_matrix(five)), file, "matrix<double>, ",
-                  fewer);
-    EXPECT_REPORT(estimator.estimate_transform(to_matrix(five), matrix<double>(5, 7)), file,
-                  "matrix<double>, ", columns);
+    const row_list four(4, {1, 2, 3});
+    const std::vector<std::vector<double>*> four_pointers(4, &five[0]);
+
+    const std::string fewer = "number of points. original size=4 while target size=5";
+    expect(four, five, "estimate_transform(", fewer);
+    expect(&four_pointers, &five_pointers, "*>*", fewer);
+    expect(to_matrix(four), to_matrix(five), "matrix<double>, ", fewer);
+    expect(five, four, "estimate_transform(", "number of points. original size=5 while target size=4");
+    const std::string dimensions = "dimensionality of point 2. original dims=3 while target dims=4";
+    expect(five, longer, "estimate_transform(", dimensions);
+    expect(&five_pointers, &longer_pointers, "estimate_transform(", dimensions);
+    expect(to_matrix(five), matrix<double>(5, 7), "matrix<double>, ",
+           "dimension of point 0. original size=3 while target size=7");
 }
