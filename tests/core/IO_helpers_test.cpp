@@ -78,10 +78,11 @@ TEST(IntToStr, PadsWithZerosAndRefusesWhatIsTooLong) {
     }
     // Powers of ten from the 32nd on wrap to 0 and must not divide anything.
     EXPECT_EQ(int_to_str(-5, 40), std::string(39, '0') + "-5");
-    for (const auto& [value, digits] : {std::pair{1000, 3}, {1, 0}, {2000000000, 10}}) {
-        EXPECT_REPORT(int_to_str(value, digits), "IO_helpers", "int_to_str(int, int)",
-                      "zorv_utils::int_to_str() : input number " + std::to_string(value) +
-                          " is too large to be represented by " + std::to_string(digits) + " as requested.");
+    for (const auto& c : {std::pair{1000, 3}, {1, 0}, {2000000000, 10}}) {
+        EXPECT_REPORT(int_to_str(c.first, c.second), "IO_helpers", "int_to_str(int, int)",
+                      "zorv_utils::int_to_str() : input number " + std::to_string(c.first) +
+                          " is too large to be represented by " + std::to_string(c.second) +
+                          " as requested.");
     }
 }
 

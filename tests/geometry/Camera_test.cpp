@@ -127,8 +127,8 @@ TEST(Camera, OrderOfArithmeticIsFixed) {
     camera.set_extrinsics_quaternion({0.1, -0.2, 0.05, 0.9, 0.3, -0.7, 1.1});
     EXPECT_EQ(project(camera, {1.57, -1.54, 8.63}),
               (triple{212.9799201925252, 39.53985437192772, 34.93415060575518}));
-    EXPECT_EQ(unproject(camera, {1218.2, 458.2, 64.1}),
-              (triple{3.313968793060268, -0.5314423730267996, 3.945721083609167}));
+    EXPECT_EQ(unproject(camera, {1086.4, 385.5, 16.6}),
+              (triple{10.752896849375011, -0.5312307850168512, 12.764962000090339}));
     EXPECT_EQ(camera.switch_disp_to_z(299.6), 0.8215754339118824);
 }
 

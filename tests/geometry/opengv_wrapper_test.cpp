@@ -235,10 +235,16 @@ TEST(Upnp, NoSolutionWithoutAWellPosedProblem) {
         s.world[9][2] = bad;
         expect_no_solution("a world point", s, camera_matrix);
     }
-    for (const double scale : {0.0, 1e-20, 1e20}) {
+    const auto scaled = [&](double scale) {
         scene s = good;
         s.world *= to_matrix({{scale, 0, 0}, {0, scale, 0}, {0, 0, scale}});
-        expect_no_solution("scaled by " + testing::PrintToString(scale), s, camera_matrix);
+        for (double& t : s.truth.translation) {
+            t *= scale;
+        }
+        return s;
+    };
+    for (const double scale : {0.0, 1e-20, 1e20}) {
+        expect_no_solution("scaled by " + testing::PrintToString(scale), scaled(scale), camera_matrix);
     }
     const auto with_image = [&](const matrix<double>& image) {
         scene s = good;
@@ -263,7 +269,9 @@ TEST(Upnp, NoSolutionWithoutAWellPosedProblem) {
     expect_no_solution("2 by 3", good, to_matrix({{800, 0, 320}, {0, 780, 250}}));
     expect_no_solution("3 by 2", good, to_matrix({{800, 0}, {0, 780}, {0, 1}}));
     // What is hard, but well posed, is solved.
-    expect_true_pose(good);
+    for (const double scale : {1e-6, 1.0, 1e4}) {
+        expect_true_pose(scaled(scale));
+    }
     expect_true_pose(scene(good.truth, nearly));
     EXPECT_EQ(best(good, to_matrix({{800, 0, 0}, {0, 800, 0}, {0, 0, 0}})).translation.size(), 3u);
 }
