@@ -119,6 +119,10 @@ TEST(Descriptors, AClosedSocketLeavesWhoeverTookItsNumberAlone) {
     fresh.SendLine("fresh");
     server.accept();
     EXPECT_EQ(server.accept()->ReceiveLine(), "fresh\n");
+
+    // Whoever closes the number behind our back is told so.
+    close(freed[0]);
+    EXPECT_EQ(thrown_by([&] { SocketSelect(&fresh, nullptr, Blocking); }), "char* Error in select");
 }
 
 TEST(Descriptors, AboveWhatSelectCanHold) {
@@ -203,24 +207,22 @@ TEST(HandleTable, ClosesWithTheLastUse) {
 
 TEST(HandleTable, ThreadsThatUseAndCloseOneHandleTouchNoFile) {
     std::atomic<int> damaged{0};
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 5; ++round) {
         int pair[2];
         ASSERT_EQ(socketpair(AF_UNIX, SOCK_STREAM, 0, pair), 0);
         const zorv::SOCKET handle = zorv::platform::make_handle(pair[0]);
         const auto work = [&] {
-            for (int i = 0; i < 20; ++i) {
+            for (int i = 0; i < 200000; ++i) {
                 const zorv::platform::handle_use use(handle);
-                damaged += use.descriptor() != -1 && !is_open(pair[0]) ? 1 : 0;
             }
             zorv::platform::close_handle(handle);
             const int file = open_file();
             zorv::platform::close_handle(handle);
             damaged += close(file) != 0 ? 1 : 0;
         };
-        std::thread first(work), second(work), third(work);
-        for (std::thread* thread : {&first, &second, &third}) {
-            thread->join();
-        }
+        std::thread first(work), second(work);
+        first.join();
+        second.join();
         damaged += is_open(pair[0]) ? 1 : 0;
         close(pair[1]);
     }
