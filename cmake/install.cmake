@@ -37,10 +37,12 @@ configure_file(${CMAKE_CURRENT_LIST_DIR}/zorv_tools.pc.in ${PROJECT_BINARY_DIR}/
 install(FILES ${PROJECT_BINARY_DIR}/zorv_tools.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
   COMPONENT development)
 
-install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md
+# The pages link to each other and to the README, so they keep their places; with them the programs and the picture
+# that they show.
+install(FILES ${PROJECT_SOURCE_DIR}/README.md ${PROJECT_SOURCE_DIR}/CHANGELOG.md ${PROJECT_SOURCE_DIR}/CONTRIBUTING.md
   DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
-install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs/ DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
-  FILES_MATCHING PATTERN "*.md")
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/docs DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
+  FILES_MATCHING PATTERN "*.md" PATTERN "snippets/*" PATTERN "images/*.png")
 if(ZORV_TOOLS_EXAMPLES)
   install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples/data
     DESTINATION ${CMAKE_INSTALL_DATADIR}/zorv_tools/examples COMPONENT examples)

@@ -37,7 +37,7 @@ choose_preset() {
 }
 
 BUILD_PACKAGES=(g++ cmake ninja-build ccache libopencv-dev libopengv-dev libeigen3-dev)
-TEST_PACKAGES=(pkg-config libgtest-dev libgmock-dev libboost-dev xvfb xauth xdotool)
+TEST_PACKAGES=(pkg-config libgtest-dev libgmock-dev libboost-dev xvfb xauth xdotool libxcb1-dev)
 BENCHMARK_PACKAGES=(libbenchmark-dev libboost-dev)
 
 # configure PRESET [cmake options]: configures the build in build/PRESET.

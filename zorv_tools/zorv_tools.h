@@ -3,6 +3,12 @@
 /// @file
 /// Every public header of the library.
 
+/// \namespace zorv
+/// All names of the library but those of `polygon_overlap.h`, which are global, and the macros.
+///
+/// Most classes have a virtual destructor, so that hosts may derive from them. Where nothing else is told, it releases
+/// what the object owns and has no other effect.
+
 #include "zorv_tools/config/configuration.h"
 #include "zorv_tools/config/parameter_records.h"
 #include "zorv_tools/core/IO_helpers.h"

@@ -5,8 +5,8 @@
 #include <filesystem>
 #include <fstream>
 #include <iostream>
-#include <set>
 #include <sstream>
+#include <stdexcept>
 
 #include "examples/config_check/values.h"
 #include "zorv_tools/geometry/Camera.h"
@@ -40,25 +40,79 @@ std::string innermost(const std::string& report) {
     return report.substr(start, report.find('\n', start) - start);
 }
 
+/// Files may hold anything, but a terminal shall not be told to do it.
+std::string printable(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return c < ' ' || c == 127; }, '?');
+    return text;
+}
+
 void print_lines(const std::string& place, const std::string& text) {
     std::istringstream lines(text);
     for (std::string line; std::getline(lines, line);) {
-        std::cout << place << ": " << line << std::endl;
+        std::cout << printable(place) << ": " << printable(line) << std::endl;
     }
+}
+
+/// What came of an action of the library.
+struct outcome {
+    std::string warnings;
+    /// Why it did not come to its end.
+    std::string error;
+};
+
+template <class Action>
+outcome attempt(Action action) {
+    outcome result;
+    const quiet_streams quiet;
+    try {
+        action();
+    } catch (const std::exception& e) {
+        result.error = innermost(e.what());
+    }
+    result.warnings = quiet.warnings();
+    return result;
+}
+
+const std::string repetition = " parameter encountered multiple times in config file";
+
+/// Whether one line of the library's warnings about the key `name` tells of a value that is stored all the same,
+/// or of an entry whose like is there already.
+bool is_note(const std::string& warning, const std::string& name) {
+    if (warning == "WARNING: " + name + repetition + " (using new one anyway)") {
+        return true;
+    }
+    for (const char* start :
+         {"WARNING: output_parameters encountered multiple times",
+          "WARNING: mahalanobis_covariance already encountered", "WARNING: Classifier file does not have a ",
+          "WARNING: classifier_detector_neighbours should specify", "WARNING: Radius not greater than",
+          "WARNING: Samples parameter not between", "WARNING: scale_factor parameter not greater than",
+          "WARNING: Repeated occurence of "}) {
+        if (warning.rfind(start, 0) == 0) {
+            return true;
+        }
+    }
+    // About samples, with a number in front.
+    return warning.rfind("WARNING: ", 0) != 0;
 }
 
 }  // namespace
 
 void checked_store::refuse(const std::string& place, const std::string& sentence) {
-    refused_ = true;
+    ++refused_;
     print_lines(place, sentence);
 }
 
 void checked_store::check(const std::string& path) {
+    read_file(path, path, false);
+}
+
+/// `place` is where the file is asked for.
+void checked_store::read_file(const std::string& path, const std::string& place, bool imported) {
     std::error_code ignored;
     const std::string file = std::filesystem::weakly_canonical(path, ignored).string();
     if (std::find(open_.begin(), open_.end(), file) != open_.end()) {
-        refuse(path, "this file imports itself; a program would read it without end");
+        refuse(place, "this file imports itself; a program would read it without end");
         return;
     }
     // Some systems open a folder as a stream whose every read fails.
@@ -67,18 +121,21 @@ void checked_store::check(const std::string& path) {
         in.open(path);
     }
     if (!in.is_open()) {
-        refuse(path, "cannot read the file");
+        const bool is_relative = std::filesystem::path(path).is_relative();
+        refuse(place, imported && is_relative
+                          ? "cannot read the file; it is looked for from the folder that the program runs in"
+                          : "cannot read the file");
         return;
     }
     open_.push_back(file);
     std::string line;
     for (int number = 1; std::getline(in, line); ++number) {
-        check_line(path + ":" + std::to_string(number), line);
+        read_line(path + ":" + std::to_string(number), line);
     }
     open_.pop_back();
 }
 
-void checked_store::check_line(const std::string& place, const std::string& line) {
+void checked_store::read_line(const std::string& place, const std::string& line) {
     // Not `>>`, which would go by the global locale.
     const char* const blanks = " \t\n\v\f\r";
     const std::size_t begin = line.find_first_not_of(blanks);
@@ -97,7 +154,7 @@ void checked_store::check_line(const std::string& place, const std::string& line
         const std::string name = word.substr(0, equals);
         const std::string value = word.substr(equals + 1);
         if (name == "import") {
-            check(value);
+            read_file(value, place + ": import of \"" + value + "\"", true);
         } else {
             set(place, name, value);
         }
@@ -105,86 +162,59 @@ void checked_store::check_line(const std::string& place, const std::string& line
 }
 
 void checked_store::set(const std::string& place, const std::string& name, const std::string& value) {
-    const std::string before = current(name);
-    std::string warnings, error;
-    {
-        const quiet_streams quiet;
-        try {
-            set_param(name, value);
-        } catch (const std::exception& e) {
-            error = innermost(e.what());
-        }
-        warnings = quiet.warnings();
+    const outcome done = attempt([&] { set_param(name, value); });
+    print_lines(place, done.warnings);
+    if (!done.error.empty()) {
+        refuse(place, done.error + "; a program stops here: \"" + name + "=" + value + "\"");
+        return;
     }
-    print_lines(place, warnings);
-    if (!error.empty()) {
-        refuse(place, error + "; a program stops here");
-    } else if (!warnings.empty() && !took(name, value, before)) {
-        refused_ = true;
+    const std::string repeated = "WARNING: " + name + repetition;
+    std::istringstream warnings(done.warnings);
+    for (std::string warning; std::getline(warnings, warning);) {
+        const bool is_repetition = warning == repeated;
+        if (!(is_repetition ? holds(name, value) : is_note(warning, name))) {
+            ++refused_;
+            return;
+        }
     }
 }
 
-std::string checked_store::current(const std::string& name) const {
-    for (const parameter& record : parameters) {
-        if (record.name == name) {
-            return value_text(*this, record);
-        }
-    }
-    return "";
-}
-
-/// Whether a line that was warned of is in force all the same.
-bool checked_store::took(const std::string& name, const std::string& value, const std::string& before) const {
-    for (const parameter& record : parameters) {
-        if (record.name != name) {
-            continue;
-        }
-        if (record.kind == param_special) {
-            // A warning about these tells of a value that replaces another or looks unusual. The other special
-            // keys may keep part of what they refuse, so that a change tells nothing.
-            static const std::set<std::string> accepting = {"mahalanobis_covariance", "scale",
-                                                            "svm_multi_kernel_lengths"};
-            return accepting.count(name) != 0;
-        }
-        const std::string now = value_text(*this, record);
-        if (now != before) {
-            return true;
-        }
-        // A repetition of the value that is there already.
-        const quiet_streams quiet;
-        zorv::configuration fresh;
-        fresh.set_param(name, value);
-        return quiet.warnings().empty() && value_text(fresh, record) == now;
-    }
-    return false;
+/// Whether the key has the value that `value` alone would have given it.
+bool checked_store::holds(const std::string& name, const std::string& value) const {
+    zorv::configuration fresh;
+    const outcome done = attempt([&] { fresh.set_param(name, value); });
+    const auto record = std::find_if(parameters.begin(), parameters.end(),
+                                     [&](const parameter& candidate) { return candidate.name == name; });
+    return done.error.empty() && done.warnings.empty() && record != parameters.end() &&
+           value_lines(fresh, *record) == value_lines(*this, *record);
 }
 
 void checked_store::print_changes() const {
     const zorv::configuration defaults;
+    std::cout << "keys that differ from their defaults:" << std::endl;
     for (const parameter& record : parameters) {
         const bool is_free = record.name.compare(0, 2, "__") == 0;
-        const std::string value = value_text(*this, record);
-        if (is_free || value != value_text(defaults, record)) {
-            std::cout << "  " << record.name << " = " << value << std::endl;
+        const std::vector<std::string> lines = value_lines(*this, record);
+        if (is_free || lines != value_lines(defaults, record)) {
+            for (const std::string& line : lines) {
+                std::cout << printable("  " + record.name + " = " + line) << std::endl;
+            }
         }
     }
 }
 
 void checked_store::print_cameras() {
     std::vector<zorv::Camera> cameras;
-    std::string warnings, error;
-    {
-        const quiet_streams quiet;
+    const outcome done = attempt([&] {
         try {
             zorv::create_camera_vector(cameras, *this);
-        } catch (const std::exception& e) {
-            error = innermost(e.what());
+        } catch (const std::out_of_range&) {
+            throw std::runtime_error("an entry has fewer values than a camera needs");
         }
-        warnings = quiet.warnings();
-    }
-    print_lines("cameras", warnings);
-    if (!error.empty()) {
-        refuse("cameras", error);
+    });
+    print_lines("cameras", done.warnings);
+    if (!done.error.empty()) {
+        refuse("cameras", done.error);
         return;
     }
     std::cout << "cameras: " << cameras.size() << std::endl;

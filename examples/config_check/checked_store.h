@@ -12,21 +12,22 @@ public:
     /// the standard output. It goes on behind a line at which the library's reader throws.
     void check(const std::string& path);
 
-    /// Whether any line so far was refused: the store does not hold its value, or not all of it.
-    bool refused() const { return refused_; }
     /// Prints the keys that differ from their defaults.
     void print_changes() const;
     /// Prints the cameras that the store describes.
     void print_cameras();
+    /// How much was refused so far: lines that the store does not hold, or not as they stand, files that cannot
+    /// be read, and cameras that cannot be made.
+    int refused() const { return refused_; }
 
 private:
-    void check_line(const std::string& place, const std::string& line);
+    void read_file(const std::string& path, const std::string& place, bool imported);
+    void read_line(const std::string& place, const std::string& line);
     void set(const std::string& place, const std::string& name, const std::string& value);
     void refuse(const std::string& place, const std::string& sentence);
-    std::string current(const std::string& name) const;
-    bool took(const std::string& name, const std::string& value, const std::string& before) const;
+    bool holds(const std::string& name, const std::string& value) const;
 
     /// The files that are being read, each imported by the one before.
     std::vector<std::string> open_;
-    bool refused_ = false;
+    int refused_ = 0;
 };

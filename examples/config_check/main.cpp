@@ -5,9 +5,13 @@
 
 int main(int argc, char** argv) {
     return run_program("config_check", [&] {
-        options line("config_check",
-                     "Reads configuration files in order into one store and tells what is wrong in them.", {},
-                     "FILE...");
+        options line(
+            "config_check",
+            "Reads configuration files in order into one store and prints each warning with its file and\n"
+            "line (counted from 1), the keys that differ from their defaults, and the cameras. A relative\n"
+            "import is looked for from the working folder. Where a program would stop, this one goes on.\n"
+            "The exit status is 1 if anything was refused.",
+            {}, "FILE...");
         if (!line.parse(argc, argv)) {
             return 0;
         }
@@ -18,9 +22,9 @@ int main(int argc, char** argv) {
         for (const std::string& path : line.operands()) {
             store.check(path);
         }
-        std::cout << "keys that differ from their defaults:" << std::endl;
         store.print_changes();
         store.print_cameras();
-        return store.refused() ? 1 : 0;
+        std::cout << "refused: " << store.refused() << std::endl;
+        return store.refused() > 0 ? 1 : 0;
     });
 }

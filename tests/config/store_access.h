@@ -1,8 +1,9 @@
 #pragma once
 
-#include <initializer_list>
+#include <gmock/gmock.h>
+
+#include <algorithm>
 #include <iostream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -20,34 +21,67 @@ public:
     using configuration::set_param2;
 
     int index_of(const std::string& name) const {
-        for (std::size_t i = 0; i < parameters.size(); ++i) {
-            if (parameters[i].name == name) {
-                return static_cast<int>(i);
-            }
-        }
-        return -1;
+        const auto place = std::find_if(parameters.begin(), parameters.end(),
+                                        [&](const parameter& record) { return record.name == name; });
+        return static_cast<int>(place - parameters.begin());
     }
 
-    /// Takes a key of plain kind out of the store.
+    /// Takes a key whose cell is a `Cell` out of the store.
+    template <class Cell>
     void remove(const std::string& name) {
         const auto place = parameters.begin() + index_of(name);
-        if (place->kind == param_int) {
-            delete static_cast<int*>(place->value);
-        } else {
-            delete static_cast<void**>(place->value);
-        }
+        delete static_cast<Cell*>(place->value);
         parameters.erase(place);
     }
 };
 
-/// Sets the lines, each of the form key=value, and returns what that wrote to `std::cerr`.
-inline std::string warnings(zorv::configuration& store, const std::vector<std::string>& lines) {
-    const stream_capture errors(std::cerr);
-    for (const std::string& line : lines) {
-        const std::size_t equals = line.find('=');
-        store.set_param(line.substr(0, equals), line.substr(equals + 1));
+using texts = std::vector<std::string>;
+
+/// What stands between the separators.
+inline texts split(const std::string& text, const std::string& separator) {
+    texts result;
+    std::size_t begin = 0;
+    for (std::size_t end; (end = text.find(separator, begin)) != std::string::npos;) {
+        result.push_back(text.substr(begin, end - begin));
+        begin = end + separator.size();
     }
-    return errors.text();
+    result.push_back(text.substr(begin));
+    return result;
+}
+
+/// The lines that the library wrote, without the "WARNING: " of each. A line that has none gets "bare: ".
+inline texts sentences(const std::string& written) {
+    EXPECT_TRUE(written.empty() || written.back() == '\n') << written;
+    const std::string mark = "WARNING: ";
+    texts result;
+    std::istringstream lines(written);
+    for (std::string line; std::getline(lines, line);) {
+        result.push_back(line.rfind(mark, 0) == 0 ? line.substr(mark.size()) : "bare: " + line);
+    }
+    return result;
+}
+
+/// Sets lines of the form key=value, or just value for one more of the same key, and returns the sentences that this
+/// wrote to `std::cerr`.
+inline texts warnings(zorv::configuration& store, const texts& lines) {
+    const stream_capture errors(std::cerr);
+    std::string key;
+    for (const std::string& line : lines) {
+        const std::size_t value = line.find('=') + 1;  // 0 without a key
+        key = value > 0 ? line.substr(0, value - 1) : key;
+        store.set_param(key, line.substr(value));
+    }
+    return sentences(errors.text());
+}
+
+inline std::string unrecognised(const std::string& key, const std::string& value) {
+    return "Attempted to set an unrecognised parameter: \"" + key + "\" to a value of \"" + value +
+           "\", check it dosen't belong to a subconfiguration not yet specified.";
+}
+
+inline std::string repeated(const std::string& key, bool replaces = false) {
+    return key + " parameter encountered multiple times in config file" +
+           (replaces ? " (using new one anyway)" : "");
 }
 
 template <class T>
@@ -55,48 +89,4 @@ T value_of(const zorv::configuration& store, const std::string& key) {
     T value{};
     store.get_param(key, value);
     return value;
-}
-
-/// A key's value as text: a plain one printed, a special one only as to whether it is null.
-inline std::string text_of(const open_store& store, const std::string& key) {
-    const auto& record = store.parameters.at(static_cast<std::size_t>(store.index_of(key)));
-    std::ostringstream out;
-    switch (record.kind) {
-        case zorv::configuration::param_int:
-            out << *static_cast<int*>(record.value);
-            break;
-        case zorv::configuration::param_double:
-            out << *static_cast<double*>(record.value);
-            break;
-        case zorv::configuration::param_bool:
-            out << *static_cast<bool*>(record.value);
-            break;
-        case zorv::configuration::param_string:
-            out << *static_cast<std::string*>(record.value);
-            break;
-        default:
-            out << (*static_cast<void**>(record.value) ? "object" : "null");
-    }
-    return out.str();
-}
-
-inline std::vector<std::string> words(const std::string& text) {
-    std::istringstream in(text);
-    return {std::istream_iterator<std::string>(in), std::istream_iterator<std::string>()};
-}
-
-/// The list of a special key. Null when no line made one.
-template <class T>
-std::vector<T>* list_of(const zorv::configuration& store, const std::string& key) {
-    return value_of<std::vector<T>*>(store, key);
-}
-
-inline std::string unrecognised(const std::string& key, const std::string& value) {
-    return "WARNING: Attempted to set an unrecognised parameter: \"" + key + "\" to a value of \"" + value +
-           "\", check it dosen't belong to a subconfiguration not yet specified.\n";
-}
-
-inline std::string repeated(const std::string& key, bool replaces = false) {
-    return "WARNING: " + key + " parameter encountered multiple times in config file" +
-           (replaces ? " (using new one anyway)\n" : "\n");
 }

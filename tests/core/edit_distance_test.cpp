@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <random>
 #include <vector>
 
@@ -26,14 +27,11 @@ int by_table(const std::string& a, const std::string& b) {
 }  // namespace
 
 TEST(Levenshtein, KnownWords) {
-    struct {
-        const char* first;
-        const char* second;
+    const struct {
+        const char *first, *second;
         int distance;
-    } const cases[] = {{"", "", 0},         {"", "abc", 3},           {"abc", "", 3},
-                       {"flaw", "lawn", 2}, {"kitten", "sitting", 3}, {"Saturday", "Sunday", 3},
-                       {"abc", "ABC", 3},   {"gumbo", "gambol", 2},   {"intention", "execution", 5},
-                       {"same", "same", 0}, {"\xff", "\x7f", 1},      {"rosettacode", "raisethysword", 8}};
+    } cases[] = {{"", "", 0},       {"", "abc", 3},      {"flaw", "lawn", 2},
+                 {"abc", "ABC", 3}, {"\xff", "\x7f", 1}, {"intention", "execution", 5}};
     for (const auto& c : cases) {
         EXPECT_EQ(zorv::levenshtein(c.first, c.second), c.distance) << c.first << ", " << c.second;
         EXPECT_EQ(zorv::levenshtein(c.second, c.first), c.distance) << c.second << ", " << c.first;
@@ -43,17 +41,16 @@ TEST(Levenshtein, KnownWords) {
 
 TEST(Levenshtein, AgreesWithTheTableAtAllLengths) {
     std::mt19937 random(1);
+    const auto letters = [&](std::size_t length) {
+        std::string text(length, ' ');
+        std::generate(text.begin(), text.end(), [&] { return "abc"[random() % 3]; });
+        return text;
+    };
     // Lengths about the multiples of 64 matter, and few letters make many equal ones.
     for (const std::size_t length : std::vector<std::size_t>{1, 63, 64, 65, 127, 128, 129, 200}) {
         for (int repeat = 0; repeat < 20; ++repeat) {
-            std::string a(length, 'a');
-            std::string b(1 + random() % 200, 'a');
-            for (char& c : a) {
-                c = static_cast<char>('a' + random() % 3);
-            }
-            for (char& c : b) {
-                c = static_cast<char>('a' + random() % 3);
-            }
+            const std::string a = letters(length);
+            const std::string b = letters(1 + random() % 200);
             ASSERT_EQ(zorv::levenshtein(a, b), by_table(a, b)) << a << ", " << b;
         }
     }

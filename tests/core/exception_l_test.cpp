@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <stdexcept>
 #include <type_traits>
 
@@ -10,56 +11,55 @@
 namespace {
 
 using zorv::exception_l;
+using action = void (*)();
 
-void inner(bool foreign) {
-    if (foreign) {
-        throw std::runtime_error("foreign text");
-    }
+void inner() {
     ZORV_THROW("value " << 7 << " is bad");
 }
 
-void middle(bool foreign) {
+void foreign() {
+    throw std::runtime_error("foreign text");
+}
+
+void negative() {
+    throw exception_l("text", -5);
+}
+
+void middle(action thrower) {
     try {
-        inner(foreign);
+        thrower();
     }
     ZORV_ADD_FRAME("in the middle")
 }
 
-void outer(bool foreign) {
+void outer(action thrower) {
     try {
-        middle(foreign);
+        middle(thrower);
     }
     ZORV_ADD_FRAME("")
 }
 
-/// The first `count` lines of `text`, which loses them.
-std::string cut_lines(std::string& text, int count) {
-    std::size_t end = 0;
-    for (int i = 0; i < count; ++i) {
-        end = text.find('\n', end) + 1;
-    }
-    const std::string head = text.substr(0, end);
-    text.erase(0, end);
-    return head;
-}
-
-std::string without_tabs(const std::string& text, int tabs) {
-    std::string result;
-    std::istringstream lines(text);
-    for (std::string line; std::getline(lines, line);) {
-        EXPECT_EQ(line.find_first_not_of('\t'), static_cast<std::size_t>(tabs)) << line;
-        result += line.substr(static_cast<std::size_t>(tabs)) + "\n";
-    }
-    return result;
-}
-
-exception_l caught(void (*action)(bool), bool foreign) {
+exception_l caught(void (*function)(action), action thrower) {
     try {
-        action(foreign);
+        function(thrower);
     } catch (const exception_l& e) {
         return e;
     }
     return exception_l();
+}
+
+/// Takes the first three lines off `text`. They begin with this many tabs, and are returned without.
+std::string take_frame(std::string& text, std::size_t tabs) {
+    std::istringstream lines(text);
+    std::string frame;
+    for (int i = 0; i < 3; ++i) {
+        std::string line;
+        std::getline(lines, line);
+        EXPECT_EQ(line.find_first_not_of('\t'), tabs) << line;
+        frame += line.substr(std::min(tabs, line.size())) + "\n";
+    }
+    text.erase(0, frame.size() + 3 * tabs);
+    return frame;
 }
 
 }  // namespace
@@ -67,8 +67,6 @@ exception_l caught(void (*action)(bool), bool foreign) {
 TEST(ExceptionL, HoldsMessageAndDepth) {
     EXPECT_STREQ(exception_l().what(), "No message");
     EXPECT_EQ(exception_l().depth(), 0);
-    EXPECT_EQ(exception_l("text", 3).depth(), 3);
-
     const exception_l original(std::string("before\0after", 12), 2);
     const exception_l copy(original);
     EXPECT_STREQ(copy.what(), "before");
@@ -77,42 +75,30 @@ TEST(ExceptionL, HoldsMessageAndDepth) {
     static_assert(!std::is_copy_assignable_v<exception_l>);
 }
 
-TEST(ExceptionL, FreshReportHasThreeLines) {
-    EXPECT_REPORT(inner(false), "exception_l_test", "inner(bool)", "value 7 is bad");
-}
-
 TEST(ExceptionL, EachFrameIsIndentedOnceMore) {
-    const exception_l e = caught(outer, false);
+    const exception_l e = caught(outer, inner);
     EXPECT_EQ(e.depth(), 2);
     std::string text = e.what();
-    EXPECT_TRUE(is_report(without_tabs(cut_lines(text, 3), 2), "exception_l_test", "outer(bool)", ""));
-    EXPECT_TRUE(
-        is_report(without_tabs(cut_lines(text, 3), 1), "exception_l_test", "middle(bool)", "in the middle"));
-    EXPECT_TRUE(
-        is_report(without_tabs(cut_lines(text, 3), 0), "exception_l_test", "inner(bool)", "value 7 is bad"));
+    const std::string file = "exception_l_test";
+    EXPECT_TRUE(is_report(take_frame(text, 2), file, "outer(", ""));
+    EXPECT_TRUE(is_report(take_frame(text, 1), file, "middle(", "in the middle"));
+    EXPECT_TRUE(is_report(take_frame(text, 0), file, "inner()", "value 7 is bad"));
     // One line end for each frame that was added closes the report.
     EXPECT_EQ(text, "\n\n");
 }
 
-TEST(ExceptionL, ForeignExceptionStartsAtDepthZero) {
-    exception_l e = caught(middle, true);
-    EXPECT_EQ(e.depth(), 0);
-    std::string text = e.what();
-    EXPECT_TRUE(is_report(cut_lines(text, 3), "exception_l_test", "middle(bool)", "in the middle"));
-    EXPECT_EQ(text, "foreign text\n");
-    EXPECT_EQ(caught(outer, true).depth(), 1);
-}
-
-TEST(ExceptionL, NegativeDepthHasNoTabs) {
-    try {
-        try {
-            throw exception_l("text", -5);
-        }
-        ZORV_ADD_FRAME("frame")
-    } catch (const exception_l& e) {
-        EXPECT_EQ(e.depth(), -4);
+TEST(ExceptionL, FramesWithoutTabs) {
+    const struct {
+        action thrower;
+        int depth, next_depth;
+        std::string rest;
+    } cases[] = {{foreign, 0, 1, "foreign text\n"}, {negative, -4, -3, "text\n"}};
+    for (const auto& c : cases) {
+        const exception_l e = caught(middle, c.thrower);
+        EXPECT_EQ(e.depth(), c.depth);
         std::string text = e.what();
-        EXPECT_TRUE(is_report(cut_lines(text, 3), "exception_l_test", "TestBody", "frame"));
-        EXPECT_EQ(text, "text\n");
+        EXPECT_TRUE(is_report(take_frame(text, 0), "exception_l_test", "middle(", "in the middle"));
+        EXPECT_EQ(text, c.rest);
+        EXPECT_EQ(caught(outer, c.thrower).depth(), c.next_depth);
     }
 }

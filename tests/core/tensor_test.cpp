@@ -21,16 +21,19 @@ TEST(Tensor, ComparesShapeAndElements) {
 
 TEST(Tensor, CopiesShareTheValuesAndOutliveEachOther) {
     auto first = std::make_unique<tensor>(std::vector<int>{3}, std::vector<double>{5, 6, 7});
+    tensor assigned({2, 1}, {8, 9});
+    assigned = *first;
     const tensor copy(*first);
     first.reset();
-    EXPECT_EQ(copy[2], 7);
-    EXPECT_EQ(copy.get_sizes(), std::vector<int>{3});
+    for (const tensor& t : {copy, assigned}) {
+        EXPECT_EQ(t[2], 7);
+        EXPECT_EQ(t.get_sizes(), std::vector<int>{3});
+    }
 }
 
 TEST(Tensor, RefusesACountUnlikeTheSizes) {
     const std::vector<double> two{1, 2};
-    for (const auto& sizes : {std::vector<int>{3}, std::vector<int>{}, std::vector<int>{2, 0},
-                              std::vector<int>{-1, -2}, std::vector<int>{65536, 65536, 65536, 65536}}) {
+    for (const auto& sizes : {std::vector<int>{3}, {}, {2, 0}, {-1, -2}, {65536, 65536, 65536, 65536}}) {
         EXPECT_THROW(tensor(sizes, two), std::invalid_argument);
     }
     EXPECT_EQ(tensor({}, {4})[0], 4);

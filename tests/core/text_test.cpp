@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
@@ -73,23 +74,19 @@ TEST(RowStream, LoadsOneLineAndLeavesTheFlags) {
         std::istringstream in("1 2\n\n3");
         std::stringstream row("old contents, longer than any line",
                               std::ios::in | std::ios::out | std::ios::ate);
-        std::string word;
-        row >> word;
+        std::string first;
+        std::string second;
+        row >> first;
         get(in, row);
-        int first = 0;
-        int second = 0;
         row >> first >> second;
-        EXPECT_EQ(first, 1);
-        EXPECT_EQ(second, 2);
-        EXPECT_TRUE(row.eof());
+        EXPECT_EQ(first + second, "12");
         get(in, row);
         EXPECT_TRUE(row.eof());
         EXPECT_EQ(row.str(), "");
         get(in, row);
         row.clear();
         row << 4;
-        EXPECT_TRUE(row >> first);
-        EXPECT_EQ(first, 4);
+        EXPECT_EQ(row.str(), "4");
         get(in, row);
         EXPECT_TRUE(in.fail());
         EXPECT_EQ(row.str(), "");
@@ -97,20 +94,14 @@ TEST(RowStream, LoadsOneLineAndLeavesTheFlags) {
 }
 
 TEST(DumpNulls, SkipsNulsAndTheWhiteSpaceBehindThem) {
-    const struct {
-        std::string text, rest;
-    } cases[] = {
+    const std::pair<std::string, std::string> cases[] = {
         {"\0\0abc"s, "abc"}, {"\0 \n\0 abc\0"s, "abc\0"s}, {" \0abc"s, " \0abc"s}, {"\0 "s, ""}, {"", ""}};
-    for (const auto& c : cases) {
-        std::istringstream in(c.text);
+    for (const auto& [text, rest] : cases) {
+        std::istringstream in(text);
         zorv::dump_nulls(in);
-        EXPECT_EQ(in.eof(), c.rest.empty());
+        EXPECT_EQ(in.eof(), rest.empty());
         in.clear();
-        std::ostringstream rest;
-        if (in.peek() != EOF) {
-            rest << in.rdbuf();
-        }
-        EXPECT_EQ(rest.str(), c.rest);
+        EXPECT_EQ(std::string(std::istreambuf_iterator<char>(in), {}), rest);
     }
 }
 

@@ -3,69 +3,16 @@
 #include <algorithm>
 #include <cmath>
 #include <opencv2/imgcodecs.hpp>
-#include <opencv2/imgproc.hpp>
 #include <string>
 
 #include "tests/examples/program_test.h"
+#include "tests/support/board_view.h"
 #include "zorv_tools/config/configuration.h"
-#include "zorv_tools/core/rotation.h"
 #include "zorv_tools/geometry/Camera.h"
 
 namespace {
 
-const cv::Matx33d camera_matrix(600, 0, 330, 0, 610, 235, 0, 0, 1);
-const std::string lens =
-    "%YAML:1.0\n---\n"
-    "camera_matrix: !!opencv-matrix\n   rows: 3\n   cols: 3\n   dt: d\n"
-    "   data: [ 600., 0., 330., 0., 610., 235., 0., 0., 1. ]\n"
-    "distortion_coefficients: !!opencv-matrix\n   rows: 5\n   cols: 1\n   dt: d\n"
-    "   data: [ 0., 0., 0., 0., 0. ]\n";
-
-/// A camera 13 squares in front of the middle of a board of 9 by 6 inner corners, turned a little.
-struct view {
-    zorv::matrix<double> world_to_camera;
-    std::vector<double> centre = {4.2, 2.4, 0};
-
-    explicit view(const std::vector<double>& quaternion)
-        : world_to_camera(zorv::quaternion_to_rot_mat(quaternion)) {}
-
-    cv::Matx33d homography() const {
-        cv::Matx33d frame;
-        for (int r = 0; r < 3; ++r) {
-            const double* const row = world_to_camera[static_cast<unsigned int>(r)];
-            frame(r, 0) = row[0];
-            frame(r, 1) = row[1];
-            frame(r, 2) = (r == 2 ? 13.0 : 0.0) - row[0] * centre[0] - row[1] * centre[1];
-        }
-        return camera_matrix * frame;
-    }
-
-    cv::Point2d project(double x, double y) const {
-        const cv::Vec3d p = homography() * cv::Vec3d(x, y, 1);
-        return {p[0] / p[2], p[1] / p[2]};
-    }
-
-    cv::Mat photograph() const {
-        const int side = 48;
-        cv::Mat board(9 * side, 12 * side, CV_8UC3, cv::Scalar::all(230));
-        for (int row = 0; row < 7; ++row) {
-            for (int column = row % 2; column < 10; column += 2) {
-                board(cv::Rect((column + 1) * side, (row + 1) * side, side, side)).setTo(20);
-            }
-        }
-        // The inner corner (0, 0) lies between pixels, two squares in.
-        const double first = 2 * side - 0.5;
-        const cv::Matx33d from_board(1.0 / side, 0, -first / side, 0, 1.0 / side, -first / side, 0, 0, 1);
-        cv::Mat picture(480, 640, CV_8UC3, cv::Scalar::all(120));
-        cv::Mat smooth;
-        cv::GaussianBlur(board, smooth, cv::Size(), 0.7);
-        cv::warpPerspective(smooth, picture, homography() * from_board, picture.size(), cv::INTER_LINEAR,
-                            cv::BORDER_TRANSPARENT);
-        return picture;
-    }
-};
-
-const view views[] = {view({0.2, 0.1, 0.05, 1}), view({-0.1, 0.22, -0.1, 1})};
+const board_view views[] = {board_view({0.2, 0.1, 0.05, 1}), board_view({-0.1, 0.22, -0.1, 1})};
 const std::string common = "--intrinsics lens.yml --out results ";
 
 class BoardPose : public program_test {
@@ -79,6 +26,7 @@ protected:
 
 TEST_F(BoardPose, FindsTheCamerasAndHandsThemOver) {
     EXPECT_EQ(run(BOARD_POSE, common + "view0.png").status, 0);
+    EXPECT_GT(cv::imread("results/sheet.png").rows, 300);
     // A photograph without a board is told of and passed over.
     cv::imwrite("grey.png", cv::Mat(480, 640, CV_8UC3, cv::Scalar::all(90)));
     const program_run done = run(BOARD_POSE, common + "grey.png view0.png view1.png");

@@ -3,49 +3,42 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "tests/support/report.h"
 
+namespace zorv {
 namespace {
 
-using colour = cv::Scalar_<double>;
-
 TEST(ColourCodes, UnpacksTheLowerThreeBytes) {
-    EXPECT_EQ(zorv::UIntToColor(0xFF8000), colour(0, 128, 255, 0));
-    EXPECT_EQ(zorv::UIntToColor(0xAB010203), colour(3, 2, 1, 0));
+    EXPECT_EQ(UIntToColor(0xAB010203), cv::Scalar_<double>(3, 2, 1, 0));
+    EXPECT_EQ(UIntToColor(0xFF8000), cv::Scalar_<double>(0, 128, 255, 0));
 }
 
-TEST(ColourCodes, SetsHaveTheirOrderAndSize) {
-    EXPECT_EQ(zorv::colour_set_max_contrast(0), colour(0, 179, 255, 0));
-    EXPECT_EQ(zorv::colour_set_max_contrast(10), colour(92, 122, 255, 0));
-    EXPECT_EQ(zorv::colour_set(19), colour(22, 44, 35, 0));
-    EXPECT_EQ(zorv::colour_set_optimised(0), colour(0, 0, 255, 0));
-    EXPECT_EQ(zorv::colour_set_optimised(8), colour(255, 128, 0, 0));
-    // The components of each set, added up: a slip in any row shows.
-    const auto sum = [](const auto& set, int count) {
-        colour total;
-        for (int i = 0; i < count; ++i) {
-            total += set(i) * (i + 1);
-        }
-        return total;
-    };
-    EXPECT_EQ(sum(zorv::colour_set, 20), colour(10627, 19601, 31952, 0));
-    EXPECT_EQ(sum(zorv::colour_set_optimised, 9), colour(8550, 4601, 3194, 0));
+/// `colours` as 0xRRGGBB. `function` is the one that reports an index outside the set.
+void expect_set(cv::Scalar_<double> (*set)(int), const std::string& function,
+                const std::vector<unsigned int>& colours) {
+    const int size = static_cast<int>(colours.size());
+    for (int i = 0; i < size; ++i) {
+        EXPECT_EQ(set(i), UIntToColor(colours[static_cast<std::size_t>(i)])) << i;
+    }
+    for (const int index : {-1, size}) {
+        EXPECT_REPORT(set(index), "colour_codes", function,
+                      "Requested colour " + std::to_string(index) + " but this map only holds up to " +
+                          std::to_string(size - 1) + "\n");
+    }
 }
 
-TEST(ColourCodes, IndexOutsideTheSetIsReported) {
-    const auto sentence = [](int index, int last) {
-        return "Requested colour " + std::to_string(index) + " but this map only holds up to " +
-               std::to_string(last) + "\n";
-    };
-    for (const int index : {-1, 20}) {
-        EXPECT_REPORT(zorv::colour_set(index), "colour_codes", "colour_set_max_contrast",
-                      sentence(index, 19));
+TEST(ColourCodes, SetsHoldTheirColoursAndReportOtherIndices) {
+    for (const auto set : {colour_set, colour_set_max_contrast}) {
+        expect_set(set, "colour_set_max_contrast",
+                   {0xFFB300, 0x803E75, 0xFF6800, 0xA6BDD7, 0xC10020, 0xCEA262, 0x817066,
+                    0x007D34, 0xF6768E, 0x00538A, 0xFF7A5C, 0x53377A, 0xFF8E00, 0xB32851,
+                    0xF4C800, 0x7F180D, 0x93AA00, 0x593315, 0xF13A13, 0x232C16});
     }
-    for (const int index : {-1, 9}) {
-        EXPECT_REPORT(zorv::colour_set_optimised(index), "colour_codes", "colour_set_optimised",
-                      sentence(index, 8));
-    }
+    expect_set(colour_set_optimised, "colour_set_optimised",
+               {0xFF0000, 0x0000FF, 0x00FF00, 0x00FFFF, 0xFF00FF, 0x8080FF, 0x808080, 0x000080, 0x0080FF});
 }
 
 }  // namespace
+}  // namespace zorv

@@ -3,8 +3,8 @@
 #include <cmath>
 #include <limits>
 #include <memory>
-#include <random>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "tests/image/images.h"
@@ -18,7 +18,6 @@ namespace {
 
 TEST(BinaryImageConvert, ThresholdsEveryElementWhateverTheRegion) {
     for (const int threshold : {-300, -1, 0, 1, 128, 255, 256, 1000}) {
-        SCOPED_TRACE(threshold);
         test_image image({{0, 1, 2, 127, 128, 129}, {254, 255, 0, 3, 200, 1}}, 3);
         byte_rows expected = image.bytes();
         for (auto& row : expected) {
@@ -28,8 +27,8 @@ TEST(BinaryImageConvert, ThresholdsEveryElementWhateverTheRegion) {
         }
         cvSetImageROI(image, cvRect(1, 1, 1, 1));
         binary_image_convert(image, threshold);
-        EXPECT_EQ(image.bytes(), expected);
-        EXPECT_EQ(internal::row_bytes(image, 0)[6], 77);
+        EXPECT_EQ(image.bytes(), expected) << threshold;
+        EXPECT_EQ(internal::row_bytes(image, 0)[6], 77) << "behind the row's end";
     }
 }
 
@@ -57,73 +56,60 @@ TEST(CombineDepthMaps, FillsTheHolesOfTheFirst) {
 }
 
 TEST(CombineDepthMaps, RefusesMapsThatDoNotMatch) {
-    test_image map(3, 2, IPL_DEPTH_8U, 1, 250.0);
-    test_image wide(4, 2, IPL_DEPTH_8U, 1), flat(3, 1, IPL_DEPTH_8U, 1);
-    test_image colour(3, 2, IPL_DEPTH_8U, 2), deep(3, 2, IPL_DEPTH_16S, 1);
+    test_image map(3, 2, IPL_DEPTH_8U, 1, 250.0), wide(4, 2, IPL_DEPTH_8U, 1), flat(3, 1, IPL_DEPTH_8U, 1);
+    test_image deep(3, 2, IPL_DEPTH_16S, 1), colour(3, 2, IPL_DEPTH_8U, 2), other(4, 1, IPL_DEPTH_16S, 2);
     stream_capture errors(std::cerr);
-    for (IplImage* second : {static_cast<IplImage*>(wide), static_cast<IplImage*>(flat),
-                             static_cast<IplImage*>(colour), static_cast<IplImage*>(deep)}) {
-        combine_depth_maps(map, second);
+    for (test_image* second : {&wide, &flat, &deep, &colour, &other}) {
+        errors.clear();
+        combine_depth_maps(map, *second);
+        EXPECT_NE(errors.text(), "");
         EXPECT_EQ(cvSum(map).val[0], 1500.0);
     }
-    const std::string head = "The 2 depth maps to be combined do not match: widths=3,";
-    EXPECT_EQ(errors.text(), head + "4 heights=2,2 depths=8,8 nChannels=1,1\n" + head +
-                                 "3 heights=2,1 depths=8,8 nChannels=1,1\n" + head +
-                                 "3 heights=2,2 depths=8,8 nChannels=1,2\n" + head +
-                                 "3 heights=2,2 depths=8,-2147483632 nChannels=1,1\n");
+    EXPECT_EQ(errors.text(),
+              "The 2 depth maps to be combined do not match: widths=3,4 heights=2,1 depths=8,-2147483632 "
+              "nChannels=1,2\n");
+}
+
+using range = std::pair<double, double>;
+
+range range_of(const cv::Mat& image) {
+    range result(1.0, 2.0);
+    image_range(image, result.first, result.second);
+    return result;
 }
 
 TEST(ImageRange, TakesInAllElementsOfEveryDepth) {
     for (int depth = CV_8U; depth <= CV_64F; ++depth) {
         for (int channels = 1; channels <= 4; ++channels) {
-            SCOPED_TRACE(testing::Message() << depth << " " << channels);
             // a sub-matrix amid values that are out of its range
-            cv::Mat values(7, 41, CV_MAKETYPE(depth, channels));
-            cv::randu(values, cv::Scalar::all(-120), cv::Scalar::all(120));
-            cv::Mat image = cv::Mat(12, 60, values.type(), cv::Scalar::all(-127))(cv::Rect(3, 2, 41, 7));
-            values.copyTo(image);
-            double lowest = 0.0, highest = 0.0, minimum = 0.0, maximum = 0.0;
-            cv::minMaxLoc(values.reshape(1), &lowest, &highest);
-            image_range(image, minimum, maximum);
-            EXPECT_EQ(minimum, lowest);
-            EXPECT_EQ(maximum, highest);
+            const cv::Mat whole(12, 60, CV_MAKETYPE(depth, channels), cv::Scalar::all(-127));
+            cv::Mat image = whole(cv::Rect(3, 2, 41, 7));
+            cv::randu(image, cv::Scalar::all(-120), cv::Scalar::all(120));
+            range expected;
+            cv::minMaxLoc(image.clone().reshape(1), &expected.first, &expected.second);
+            EXPECT_EQ(range_of(image), expected) << depth << " " << channels;
         }
     }
 }
 
 TEST(ImageRange, PassesOverWhatIsNotANumberUnlessItComesFirst) {
     const float nan = std::numeric_limits<float>::quiet_NaN();
-    double minimum = 0.0, maximum = 0.0;
-    image_range(cv::Mat_<float>({10, 1}, {1, nan, 3, nan, -2, nan, nan, nan, nan, 2}), minimum, maximum);
-    EXPECT_EQ(minimum, -2.0);
-    EXPECT_EQ(maximum, 3.0);
-    image_range(cv::Mat_<double>({1, 10}, {nan, 1, 2, 3, 4, 5, 6, 7, 8, 9}), minimum, maximum);
-    EXPECT_TRUE(std::isnan(minimum) && std::isnan(maximum));
+    cv::Mat_<float> row(1, 40, 1.0f);
+    row.colRange(8, 32) = nan;
+    row(3) = -2.0f;
+    row(35) = 3.0f;
+    EXPECT_EQ(range_of(row), range(-2.0, 3.0));
+    EXPECT_EQ(range_of(row.t()), range(-2.0, 3.0));
+    row(0) = nan;
+    EXPECT_TRUE(std::isnan(range_of(row).first) && std::isnan(range_of(row).second));
 }
 
 TEST(ImageRange, FailsAsACheckedReadDoes) {
-    double minimum = 1.0, maximum = 2.0;
-    image_range(cv::Mat(0, 7, CV_8UC(5)), minimum, maximum);
-    image_range(cv::Mat(), minimum, maximum);
-    EXPECT_EQ(minimum, 1.0);
-    EXPECT_EQ(maximum, 2.0);
-    EXPECT_THROW(image_range(cv::Mat::zeros(2, 2, CV_8UC(5)), minimum, maximum), exception_l);
+    EXPECT_EQ(range_of(cv::Mat(0, 7, CV_8UC(5))), range(1.0, 2.0));
+    EXPECT_EQ(range_of(cv::Mat()), range(1.0, 2.0));
+    EXPECT_THROW(range_of(cv::Mat::zeros(2, 2, CV_8UC(5))), exception_l);
     stream_capture errors(std::cerr);
-    EXPECT_THROW(image_range(cv::Mat::zeros(2, 2, CV_MAKETYPE(7, 1)), minimum, maximum), std::logic_error);
-}
-
-TEST(ImageRange, ReachesRowsBeyondTwoGigabytes) {
-    const std::size_t step = std::size_t{3} << 30;
-    const std::unique_ptr<unsigned char[]> memory(new (std::nothrow) unsigned char[step + 1]);
-    if (!memory) {
-        GTEST_SKIP() << "needs 3 GB of address space";
-    }
-    memory[0] = 5;
-    memory[step] = 9;
-    double minimum = 0.0, maximum = 0.0;
-    image_range(cv::Mat(2, 1, CV_8UC1, memory.get(), step), minimum, maximum);
-    EXPECT_EQ(minimum, 5.0);
-    EXPECT_EQ(maximum, 9.0);
+    EXPECT_THROW(range_of(cv::Mat::zeros(2, 2, CV_MAKETYPE(7, 1))), std::logic_error);
 }
 
 TEST(ImageNormalise, DividesEachChannelByItsRangeWithoutAShift) {
@@ -141,9 +127,8 @@ TEST(ImageNormalise, DividesEachChannelByItsRangeWithoutAShift) {
     EXPECT_EQ(cv::sum(normalised.reshape(1))[0], -6.0);
     EXPECT_EQ(normalised.ptr<double>(69)[11], -1.0);
 
-    cv::Mat no_rows(0, 5, CV_8UC3);
+    cv::Mat no_rows(0, 5, CV_8UC3), constant(1, 1, CV_32FC1, cv::Scalar(3));
     EXPECT_THROW(image_normalise(no_rows), cv::Exception);
-    cv::Mat constant(1, 1, CV_32FC1, cv::Scalar(3));
     EXPECT_TRUE(std::isinf(image_normalise(constant).at<double>(0, 0)));
 }
 
@@ -183,38 +168,35 @@ TEST(CreateImagePyramid, SmoothsTheOriginalsAtEachLevel) {
 }
 
 TEST(CreateImagePyramid, UsesTheFirstSetThatIsThereAndKeepsWhatItHasMadeWhenSmoothingFails) {
-    owned_pyramid pyramid;
+    owned_pyramid pyramid, failed;
     pyramid.sets.push_back(new std::vector<IplImage*>{cvCreateImage(cvSize(3, 1), IPL_DEPTH_8U, 1)});
-    create_image_pyramid(pyramid.sets[0], &pyramid.sets, 0, 2.0);
-    ASSERT_EQ(pyramid.sets.size(), 2u);
+    create_image_pyramid(pyramid.sets[0], &pyramid.sets, 1, 2.0);
+    ASSERT_EQ(pyramid.sets.size(), 3u);
     EXPECT_EQ(pyramid.sets[0]->size(), 2u);
-    EXPECT_TRUE(pyramid.sets[1]->empty());
+    EXPECT_EQ(pyramid.sets[1]->size(), 1u);
+    EXPECT_TRUE(pyramid.sets[2]->empty());
 
-    owned_pyramid failed;
-    std::vector<IplImage*> images(*pyramid.sets[0]);
-    cvSetImageROI(images[0], cvRect(0, 0, 2, 1));  // smoothing finds source and result of different sizes
-    EXPECT_THROW(create_image_pyramid(&images, &failed.sets, 2, 2.0), cv::Exception);
+    // smoothing finds source and result of different sizes
+    cvSetImageROI((*pyramid.sets[0])[0], cvRect(0, 0, 2, 1));
+    EXPECT_THROW(create_image_pyramid(pyramid.sets[0], &failed.sets, 2, 2.0), cv::Exception);
     ASSERT_EQ(failed.sets.size(), 2u);
     EXPECT_EQ(failed.sets[0]->size(), 2u);
 }
 
 TEST(CreateIntegralImage, SumsByColumnThenRow) {
-    test_image small({{1, 2, 3}, {10, 20, 255}});
-    cvSetImageROI(small, cvRect(1, 0, 1, 1));
-    const std::unique_ptr<matrix<double>> sums(create_integral_image(small));
-    EXPECT_THAT(*sums, matrix_near(std::vector<std::vector<double>>{{1, 11}, {3, 33}, {6, 291}}, 0.0));
-
     // sizes on both sides of the tile that is turned at a time
-    for (const cv::Size& size : {cv::Size(64, 33), cv::Size(67, 31), cv::Size(1, 200)}) {
+    for (const cv::Size& size : {cv::Size(3, 2), cv::Size(64, 33), cv::Size(67, 31), cv::Size(1, 200)}) {
         test_image image(size.width, size.height, [](int x, int y) { return (x * 31 + y * y) % 256; });
         cv::Mat expected;
         cv::integral(cv::cvarrToMat(image), expected, CV_64F);
-        const std::unique_ptr<matrix<double>> integral(create_integral_image(image));
+        cvSetImageROI(image, cvRect(0, 1, 1, 1));
+        const std::unique_ptr<matrix<double>> sums(create_integral_image(image));
+        expected = expected(cv::Rect({1, 1}, size)).t();
+        std::vector<std::vector<double>> columns;
         for (int x = 0; x < size.width; ++x) {
-            for (int y = 0; y < size.height; ++y) {
-                ASSERT_EQ((*integral)[static_cast<unsigned int>(x)][y], expected.at<double>(y + 1, x + 1));
-            }
+            columns.push_back(expected.row(x));
         }
+        EXPECT_THAT(*sums, matrix_near(columns, 0.0));
     }
 }
 
@@ -233,28 +215,27 @@ TEST(ImageMedian, IsTheUpperMiddleValueOfTheRegion) {
         byte_rows rows;
         int channels;
         bool ignore_extremes;
+        cv::Rect region;
         int median;
     } cases[] = {
-        {{{10, 20}}, 1, false, 0},
-        {{{40, 10}, {30, 20}}, 1, false, 30},
-        {{{10, 255, 20, 0, 30}}, 1, true, 20},
-        {{{254, 255, 1, 0, 254}}, 1, true, 254},
-        {{{0, 0, 0}, {0, 0, 0}}, 1, true, 0},
-        {{{0, 255, 255}}, 1, false, 255},
-        {{{5, 99, 6, 98, 7, 97}}, 2, false, 6},
+        {{{10, 20}}, 1, false, {}, 0},
+        {{{40, 10}, {30, 20}}, 1, false, {}, 30},
+        {{{10, 255, 20, 0, 30}}, 1, true, {}, 20},
+        {{{254, 255, 1, 0, 254}}, 1, true, {}, 254},
+        {{{0, 0, 0}, {0, 0, 0}}, 1, true, {}, 0},
+        {{{0, 255, 255}}, 1, false, {}, 255},
+        {{{5, 1, 6, 2, 7, 3}}, 2, false, {}, 6},
+        {{{0, 1, 2, 3}, {10, 11, 12, 13}, {20, 21, 22, 23}, {99, 99, 99, 99}}, 1, false, {2, 0, 2, 3}, 13},
+        {{{1, 99, 2, 98, 30, 97, 40, 96, 50, 95}}, 2, false, {2, 0, 3, 1}, 40},
     };
     for (const auto& c : cases) {
         test_image image(c.rows, c.channels);
+        if (!c.region.empty()) {
+            cvSetImageROI(image, cvRect(c.region));
+        }
         EXPECT_EQ(image_median(image, c.ignore_extremes), c.median);
-        EXPECT_EQ(image.region(), cv::Rect(cv::Point(), image.size()));
+        EXPECT_EQ(image.region(), c.region.empty() ? cv::Rect({0, 0}, image.size()) : c.region);
     }
-    test_image image(9, 8, [](int x, int y) { return 10 * y + x; });
-    cvSetImageROI(image, cvRect(6, 5, 3, 3));
-    EXPECT_EQ(image_median(image, false), 67);
-    EXPECT_EQ(image.region(), cv::Rect(6, 5, 3, 3));
-    test_image pairs({{1, 99, 2, 98, 30, 97, 40, 96, 50, 95}}, 2);
-    cvSetImageROI(pairs, cvRect(2, 0, 3, 1));
-    EXPECT_EQ(image_median(pairs, false), 40);
 }
 
 TEST(ConvertRes, LetterboxesToFourByThreeAndScales) {
@@ -268,16 +249,15 @@ TEST(ConvertRes, LetterboxesToFourByThreeAndScales) {
         {{200, 50}, {100, 75}, {0, 25, 100, 25}},
     };
     for (const auto& c : cases) {
-        cv::Mat image(c.image, CV_8UC3, cv::Scalar::all(255));
+        cv::Mat image(c.image, CV_8UC3, cv::Scalar::all(255)), marks;
         convert_res(image, c.result.width, c.result.height);
         EXPECT_EQ(image.size(), c.result);
-        cv::Mat marks;
         cv::inRange(image, cv::Scalar::all(128), cv::Scalar::all(255), marks);
         EXPECT_EQ(cv::boundingRect(marks), c.place);
         EXPECT_EQ(cv::countNonZero(marks), c.place.area());
     }
-    cv::Mat noise(9, 12, CV_8UC3), scaled;
-    cv::randu(noise, cv::Scalar::all(0), cv::Scalar::all(255));
+    cv::Mat noise(30, 40, CV_8UC3), scaled;
+    cv::randu(noise, 0, 256);
     cv::resize(noise, scaled, cv::Size(17, 11), 0.0, 0.0, cv::INTER_LINEAR);
     convert_res(noise, 17, 11);
     EXPECT_EQ(cv::norm(noise, scaled, cv::NORM_INF), 0.0);
@@ -286,9 +266,6 @@ TEST(ConvertRes, LetterboxesToFourByThreeAndScales) {
     EXPECT_EQ(cv::norm(grey, cv::Mat::zeros(6, 8, CV_8UC3)), 0.0);
     EXPECT_THROW(convert_res(empty, 8, 6), cv::Exception);
 }
-
-constexpr int lowest = std::numeric_limits<int>::min();
-constexpr int highest = std::numeric_limits<int>::max();
 
 class ImageRegionCopy : public testing::Test {
 protected:
@@ -310,11 +287,11 @@ TEST_F(ImageRegionCopy, ClipsBothRegionsByTheRulesInTheirOrder) {
         {{3, 1, 5, 3}, {-2, 3, 5, 3}, {3, 0, 3, 1}, {0, 5, 3, 1}},
         {{3, 4, 5, 3}, {1, -2, 5, 3}, {3, 6, 5, 1}, {1, 0, 5, 1}},
         {{3, 4, 5, 3}, {5, 4, 5, 3}, {3, 4, 3, 2}, {5, 4, 3, 2}},
+        {{3, 1, 5, 5}, {-1, -2, 5, 5}, {3, 5, 4, 3}, {0, 0, 4, 3}},
     };
     for (const auto& c : cases) {
-        SCOPED_TRACE(testing::Message() << c.source.x << " " << c.dest.x << " " << c.dest.y);
-        CvRect from = c.source;
-        CvRect to = c.dest;
+        SCOPED_TRACE(testing::Message() << c.clipped_source << " to " << c.clipped_dest);
+        CvRect from = c.source, to = c.dest;
         cvResetImageROI(dest);
         image_region_copy(source, dest, from, to);
         EXPECT_EQ(cv::Rect(from), c.clipped_source);
@@ -330,47 +307,25 @@ TEST_F(ImageRegionCopy, ClipsBothRegionsByTheRulesInTheirOrder) {
 }
 
 TEST_F(ImageRegionCopy, RefusesARegionBeyondTheImage) {
-    CvRect to = cvRect(0, 0, 2, 2);
-    CvRect from = cvRect(-3, 9, 2, 2);
-    try {
-        image_region_copy(source, dest, from, to);
-        ADD_FAILURE();
-    } catch (const std::logic_error& e) {
-        EXPECT_STREQ(
-            e.what(),
-            "image_region_copy() : Region  (-3,9,2,2)  is completely outside input image (10,8,8,1)\n");
-    }
+    CvRect from = cvRect(-3, 9, 2, 2), to = cvRect(0, 0, 2, 2);
+    const auto copy = [&] { image_region_copy(source, dest, from, to); };
+    EXPECT_THAT(
+        copy,
+        testing::ThrowsMessage<std::logic_error>(
+            "image_region_copy() : Region  (-3,9,2,2)  is completely outside input image (10,8,8,1)\n"));
     EXPECT_EQ(cvCountNonZero(dest), 0);
+    from = cvRect(11, 0, 2, 2);
+    EXPECT_THROW(copy(), std::logic_error);
     // at the image's very edge the region is clipped until nothing is left, which OpenCV refuses
     from = cvRect(10, 8, 2, 2);
-    EXPECT_THROW(image_region_copy(source, dest, from, to), cv::Exception);
+    EXPECT_THROW(copy(), cv::Exception);
     EXPECT_EQ(cv::Rect(from), cv::Rect(10, 8, 0, 0));
-}
-
-TEST_F(ImageRegionCopy, EndsForAnyNumbersAndShowsThemClamped) {
-    CvRect from = cvRect(lowest, 0, highest, 1);
-    CvRect to = cvRect(highest, 0, highest, 1);
-    EXPECT_THROW(image_region_copy(source, dest, from, to), cv::Exception);
+    // what leaves the range of an int is clamped
+    constexpr int lowest = std::numeric_limits<int>::min(), highest = std::numeric_limits<int>::max();
+    from = cvRect(lowest, 0, highest, 1);
+    to = cvRect(highest, 0, highest, 1);
+    EXPECT_THROW(copy(), cv::Exception);
     EXPECT_EQ(cv::Rect(to), cv::Rect(highest, 0, lowest, 1));
-
-    std::mt19937 random(3);
-    const int choices[] = {lowest, lowest + 1, -9, -1, 0, 1, 5, 8, 20, highest - 1, highest};
-    const auto any = [&] { return choices[std::uniform_int_distribution<std::size_t>(0, 10)(random)]; };
-    int copied = 0;
-    for (int i = 0; i < 20000; ++i) {
-        from = cvRect(any(), any(), any(), any());
-        to = cvRect(any(), any(), any(), any());
-        try {
-            image_region_copy(source, dest, from, to);
-            ++copied;
-            ASSERT_EQ(source.region(), cv::Rect(from));
-            ASSERT_EQ(dest.region(), cv::Rect(to));
-        } catch (const std::exception&) {
-        }
-        cvResetImageROI(source);
-        cvResetImageROI(dest);
-    }
-    EXPECT_GT(copied, 100);
 }
 
 }  // namespace

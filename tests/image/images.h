@@ -8,6 +8,10 @@
 
 using byte_rows = std::vector<std::vector<int>>;
 
+/// Every depth of an `IplImage`, at the place of its code in a `cv::Mat`.
+constexpr unsigned int ipl_depths[] = {IPL_DEPTH_8U,  IPL_DEPTH_8S,  IPL_DEPTH_16U, IPL_DEPTH_16S,
+                                       IPL_DEPTH_32S, IPL_DEPTH_32F, IPL_DEPTH_64F};
+
 /// An `IplImage` of a test, which functions may replace.
 class test_image {
 public:

@@ -4,19 +4,19 @@
 
 #include <algorithm>
 #include <boost/geometry.hpp>
-#include <boost/geometry/geometries/point_xy.hpp>
-#include <boost/geometry/geometries/polygon.hpp>
+#include <boost/geometry/geometries/register/point.hpp>
+#include <boost/geometry/geometries/register/ring.hpp>
 #include <cmath>
 #include <limits>
 #include <random>
 #include <vector>
 
-namespace {
-
-namespace geometry = boost::geometry;
-using boost_point = geometry::model::d2::point_xy<double>;
-using boost_polygon = geometry::model::polygon<boost_point>;
 using vertices = std::vector<point>;
+
+BOOST_GEOMETRY_REGISTER_POINT_2D(point, double, boost::geometry::cs::cartesian, x, y)
+BOOST_GEOMETRY_REGISTER_RING(vertices)
+
+namespace {
 
 double area64(vertices a, vertices b) {
     return intersectionArea64(static_cast<int>(a.size()), a.data(), static_cast<int>(b.size()), b.data());
@@ -26,20 +26,14 @@ double area32(vertices a, vertices b) {
     return intersectionArea(static_cast<int>(a.size()), a.data(), static_cast<int>(b.size()), b.data());
 }
 
-double boost_area(const vertices& a, const vertices& b) {
-    const auto convert = [](const vertices& v) {
-        boost_polygon result;
-        for (const point& p : v) {
-            geometry::append(result, boost_point(p.x, p.y));
-        }
-        geometry::correct(result);
-        return result;
-    };
-    std::vector<boost_polygon> parts;
-    geometry::intersection(convert(a), convert(b), parts);
+double independent_area(vertices a, vertices b) {
+    boost::geometry::correct(a);
+    boost::geometry::correct(b);
+    std::vector<vertices> parts;
+    boost::geometry::intersection(a, b, parts);
     double sum = 0;
-    for (const boost_polygon& part : parts) {
-        sum += geometry::area(part);
+    for (const vertices& part : parts) {
+        sum += boost::geometry::area(part);
     }
     return sum;
 }
@@ -65,27 +59,16 @@ vertices star(int count, double x, double y, double least_radius, std::mt19937& 
     return result;
 }
 
-}  // namespace
-
-TEST(PolygonOverlap, Squares) {
-    const vertices a = square(0, 0, 2);
-    const vertices b = square(1, 1, 2);
+TEST(PolygonOverlap, IsTheAreaCountedByWinding) {
+    const vertices a = square(0, 0, 2), b = square(1, 1, 2);
     EXPECT_NEAR(area64(a, b), 0.99999994, 5e-9);
-    EXPECT_NEAR(area64(reversed(a), b), -0.99999994, 1e-7);
-    EXPECT_NEAR(area64(reversed(a), reversed(b)), 0.99999994, 1e-7);
     EXPECT_NEAR(area64(square(4, 4, 2), square(0, 0, 10)), 4, 1e-6);
     EXPECT_NEAR(area64(square(0, 0, 10), square(4, 4, 2)), 4, 1e-6);
     EXPECT_NEAR(area64(a, a), 4, 1e-6);
     EXPECT_EQ(area64(a, square(5, 0, 2)), 0);
-    EXPECT_EQ(area64(a, {{0, 0}, {1, 1}}), 0);
-    EXPECT_EQ(area64({}, a), 0);
-}
-
-TEST(PolygonOverlap, WindingTwiceCountsTwice) {
-    vertices twice = square(0, 0, 2);
-    const vertices once = twice;
-    twice.insert(twice.end(), once.begin(), once.end());
-    EXPECT_NEAR(area64(twice, square(1, 1, 2)), 2, 1e-6);
+    vertices twice = a;
+    twice.insert(twice.end(), a.begin(), a.end());
+    EXPECT_NEAR(area64(twice, b), 2, 1e-6);
     // A figure of eight has one loop of each orientation.
     EXPECT_NEAR(area64({{0, 0}, {2, 2}, {2, 0}, {0, 2}}, square(-1, -1, 4)), 0, 1e-6);
 }
@@ -93,18 +76,15 @@ TEST(PolygonOverlap, WindingTwiceCountsTwice) {
 TEST(PolygonOverlap, AgreesWithAnIndependentMeasure) {
     std::mt19937 random(3);
     std::uniform_real_distribution<double> shift(-1.5, 1.5);
-    for (const int count : {3, 4, 7, 20, 101}) {
-        for (const double least_radius : {0.2, 1.0}) {
-            for (int repeat = 0; repeat < 20; ++repeat) {
-                const vertices a = star(count, 0, 0, least_radius, random);
-                const vertices b =
-                    star(count + repeat % 2, shift(random), shift(random), least_radius, random);
-                const double truth = boost_area(a, b);
-                ASSERT_NEAR(area64(a, b), truth, 1e-6) << count;
-                ASSERT_NEAR(area64(reversed(a), b), -truth, 1e-6);
-                ASSERT_NEAR(area64(reversed(a), reversed(b)), truth, 1e-6);
-            }
-        }
+    for (int i = 0; i < 200; ++i) {
+        const int count = std::vector<int>{3, 4, 7, 20, 101}[static_cast<std::size_t>(i % 5)];
+        const double least_radius = i < 100 ? 0.2 : 1.0;
+        const vertices a = star(count, 0, 0, least_radius, random);
+        const vertices b = star(count + i % 2, shift(random), shift(random), least_radius, random);
+        const double truth = independent_area(a, b);
+        ASSERT_NEAR(area64(a, b), truth, 1e-6) << count;
+        ASSERT_NEAR(area64(reversed(a), b), -truth, 1e-6);
+        ASSERT_NEAR(area64(reversed(a), reversed(b)), truth, 1e-6);
     }
 }
 
@@ -121,7 +101,6 @@ TEST(PolygonOverlap, NarrowSumsWrap) {
     EXPECT_DOUBLE_EQ(area32(hexagon, tangle), 2.3925734299999998e-07);
     EXPECT_DOUBLE_EQ(area32(triangle, hexagon), 1.4221530388799998e-07);
     EXPECT_EQ(area32(square(0, 0, 2), square(5, 0, 2)), 0);
-    EXPECT_EQ(area32(square(0, 0, 2), {{0, 0}, {1, 1}}), 0);
 }
 
 TEST(PolygonOverlap, DegenerateInputIsHarmless) {
@@ -133,5 +112,11 @@ TEST(PolygonOverlap, DegenerateInputIsHarmless) {
     for (const auto area : {area32, area64}) {
         EXPECT_EQ(area(line, line), 0);
         EXPECT_FALSE(std::isfinite(area(line, not_finite)));
+        for (const vertices& few : {vertices(), {{0, 0}, {1, 1}}}) {
+            EXPECT_EQ(area(few, not_finite), 0);
+            EXPECT_EQ(area(not_finite, few), 0);
+        }
     }
 }
+
+}  // namespace

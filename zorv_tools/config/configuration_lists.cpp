@@ -3,7 +3,6 @@
 #include <opencv2/core/types.hpp>
 #include <utility>
 
-#include "zorv_tools/config/internal/configuration_checks.h"
 #include "zorv_tools/config/internal/configuration_fields.h"
 #include "zorv_tools/config/internal/configuration_structured.h"
 #include "zorv_tools/core/IO_helpers.h"
@@ -119,10 +118,9 @@ void set_svm_multi_kernel_lengths(const key_row& row, const setting& line) {
     }
 }
 
-void set_mahalanobis_covariance(const key_row&, const setting& line) {
-    if (line.object_cell()) {
-        std::cerr << "WARNING: mahalanobis_covariance already encountered in config. Overwriting"
-                  << std::endl;
+void set_mahalanobis_covariance(const key_row& row, const setting& line) {
+    if (!first_object(row, line)) {
+        return;
     }
     std::vector<double>& list = line.object_or_new<std::vector<double>>();
     list.clear();
@@ -214,7 +212,7 @@ void append_text(const key_row&, const setting& line) {
 }
 
 void append_model_loc(const key_row& row, const setting& line) {
-    if (!ends_in_txt(line.value)) {
+    if (!ends_in_txt.accepts(line.value)) {
         std::cerr << "WARNING: model_loc does not have a .txt extension: " << line.value << std::endl;
         return;
     }

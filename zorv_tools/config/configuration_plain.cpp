@@ -1,8 +1,8 @@
+#include <algorithm>
 #include <iostream>
 #include <stdexcept>
 #include <type_traits>
 
-#include "zorv_tools/config/internal/configuration_checks.h"
 #include "zorv_tools/config/internal/configuration_fields.h"
 #include "zorv_tools/config/internal/configuration_key.h"
 
@@ -16,6 +16,14 @@ bool open_for_setting(const key_row& row, const T& current, const T& default_val
     return current == default_value || allow_repetition(row);
 }
 
+/// The last four characters. Throws `std::out_of_range` when there are fewer.
+std::string_view tail(const std::string& text) {
+    if (text.size() < 4) {
+        throw std::out_of_range("invalid string position");
+    }
+    return std::string_view(text).substr(text.size() - 4);
+}
+
 template <class T>
 void set_number(const key_row& row, const setting& line, T (*convert)(const std::string&)) {
     T& cell = line.cell<T>();
@@ -24,7 +32,7 @@ void set_number(const key_row& row, const setting& line, T (*convert)(const std:
     }
     const T number = convert(line.value);
     for (const number_check& check : row.numbers) {
-        if (check.accepts && !check.accepts(number)) {
+        if (check.refusal && !check.range.contains(number)) {
             std::cerr << check.refusal;
             if (check.shown == echo::number) {
                 std::cerr << number << std::endl;
@@ -102,7 +110,7 @@ void set_text(const key_row& row, const setting& line) {
         return;
     }
     const text_check& check = row.texts;
-    if (check.accepts && !check.accepts(line.value)) {
+    if (!check.rule.accepts(line.value)) {
         std::cerr << check.refusal << line.value << check.closing << std::endl;
         if (!check.stores_refused) {
             return;
@@ -111,19 +119,17 @@ void set_text(const key_row& row, const setting& line) {
     cell = line.value;
 }
 
-std::string_view tail(const std::string& text) {
-    if (text.size() < 4) {
-        throw std::out_of_range("invalid string position");
+bool text_rule::accepts(const std::string& text) const {
+    switch (form) {
+        case text_form::word:
+            return std::find(words, words + word_count, std::string_view(text)) != words + word_count;
+        case text_form::extension:
+            return tail(text).find('.') != std::string_view::npos;
+        case text_form::txt:
+            return tail(text) == ".txt";
+        default:
+            return true;
     }
-    return std::string_view(text).substr(text.size() - 4);
-}
-
-bool has_extension(const std::string& text) {
-    return tail(text).find('.') != std::string_view::npos;
-}
-
-bool ends_in_txt(const std::string& text) {
-    return tail(text) == ".txt";
 }
 
 }  // namespace zorv::internal

@@ -3,8 +3,8 @@
 /// @file
 /// Values from text and text from values, through string streams. All conversions throw `exception_l` when the
 /// text does not begin with a value of the type; what follows the value is not looked at ("12abc" is 12). A
-/// failed conversion leaves in the output what the stream extraction left there. The helpers for strings and lines
-/// (`text.h`) come in with this header.
+/// failed conversion leaves in the output what the stream extraction left there. Types are any that streams read
+/// and write. The helpers for strings and lines (`text.h`) come in with this header.
 
 #include <istream>
 #include <sstream>
@@ -68,13 +68,18 @@ void i_helper(std::istream& in, T& value) {
 ZORV_TOOLS_EXPORT std::string int_to_str(int value);
 
 /// Decimal text of `value` with leading zeros, `digits` groups long: 7 with 3 digits is "007". Throws
-/// `exception_l` for a value of 10 to the power of `digits` or more. Negative values always pass, and each of
-/// their digits has a sign of its own where it is not 0: -7 with 3 digits is "00-7".
+/// `exception_l` for a value of 10 to the power of `digits` or more. That power is the one of `ipow`, which wraps:
+/// `digits` is meant to be from 0 to 9, and 10 refuse 2000000000 already.
+///
+/// Negative values pass on purpose, whatever their length. Each of their digits has a sign of its own where it is
+/// not 0, and digits beyond the groups are lost: -7 with 3 digits is "00-7", and -100 with 2 is "00".
 ZORV_TOOLS_EXPORT std::string int_to_str(int value, int digits);
 
-/// Sets the value to 0.
+/// @{
+/// Sets the value to 0, the one that elements of a new matrix have.
 ZORV_TOOLS_EXPORT void default_val(int& value);
 ZORV_TOOLS_EXPORT void default_val(float& value);
 ZORV_TOOLS_EXPORT void default_val(double& value);
+/// @}
 
 }  // namespace zorv

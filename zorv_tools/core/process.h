@@ -4,7 +4,7 @@
 
 namespace zorv {
 
-/// The number of this process.
+/// The system's number for this process.
 ZORV_TOOLS_EXPORT int pid();
 
 }  // namespace zorv

@@ -16,7 +16,8 @@
 
 namespace zorv {
 
-/// The rotation by three angles in radians. Throws `exception_l` unless there are exactly three.
+/// The rotation by three angles in radians, 3 by 3. Throws `exception_l` unless there are exactly three; its sentence
+/// names another function, which is meant. Angles that are not finite give elements that are not a number.
 template <class T = double>
 const matrix<double> euler_angles_rad_to_rot_mat(const std::vector<T>& angles) {
     if (angles.size() != 3) {
@@ -38,7 +39,7 @@ const matrix<double> euler_angles_rad_to_rot_mat(const std::vector<T>& angles) {
     return (y * x) * z;
 }
 
-/// The rotation by three angles in degrees.
+/// The same by three angles in degrees, which become radians with the single-precision value of pi over 180.
 template <class T = double>
 matrix<double> euler_angles_deg_to_rot_mat(const std::vector<T>& angles) {
     // Single-precision pi over 180. Calibrations were made with this value, so it is not the nearest double to
@@ -51,8 +52,9 @@ matrix<double> euler_angles_deg_to_rot_mat(const std::vector<T>& angles) {
     return euler_angles_rad_to_rot_mat(radians);
 }
 
-/// The rotation of a quaternion x, y, z, w (the first four entries; there must be that many). It need not be of
-/// unit length, the normalisation being part of every element; four zeros give a matrix of NaN.
+/// The rotation of a quaternion x, y, z, w (the first four entries; there must be that many, which is not tested),
+/// 3 by 3. It need not be of unit length, the normalisation being part of every element; four zeros give elements
+/// that are not a number.
 template <class T = double>
 matrix<double> quaternion_to_rot_mat(const std::vector<T>& quaternion) {
     const auto x = static_cast<double>(quaternion[0]);

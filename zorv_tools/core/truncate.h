@@ -12,11 +12,8 @@ inline Int truncate_to(double value) {
     // One beyond the largest value. It is a power of two and so exact, which the largest value itself is not.
     // NOLINTNEXTLINE(bugprone-integer-division): halves that are whole again when doubled
     constexpr double beyond = 2.0 * static_cast<double>(std::numeric_limits<Int>::max() / 2 + 1);
-    // Down to one below the smallest value the fraction is cut off; a 64-bit smallest value has no such
-    // neighbour in a double, and the comparison is then with the smallest value itself.
-    constexpr bool has_fraction_below = std::numeric_limits<Int>::digits < 53;
-    const bool fits = (has_fraction_below ? value > smallest - 1.0 : value >= smallest) && value < beyond;
-    return fits ? static_cast<Int>(value) : std::numeric_limits<Int>::min();
+    // What lies less than one below the smallest value would be cut to that value, which is the answer anyway.
+    return value >= smallest && value < beyond ? static_cast<Int>(value) : std::numeric_limits<Int>::min();
 }
 
 }  // namespace zorv

@@ -5,8 +5,8 @@
 ///
 /// World to camera: p_camera = R (p_world - t), where t is the camera's position in the world. The camera frame
 /// has z along the optical axis, positive in front of the camera. Image positions count from the middle of pixel
-/// (0, 0), u to the right and v down; those from 0 to width - 1 and 0 to height - 1 are inside. Disparity is in
-/// pixels, larger for nearer points.
+/// (0, 0), u to the right and v down; those from 0 to width - 1 and 0 to height - 1, these included, are inside.
+/// Disparity is in pixels, larger for nearer points.
 ///
 /// The principal point and the focal lengths are given in image widths and image heights, also where a name says
 /// pixels. World lengths are in whatever unit the baseline and the offsets share.
@@ -29,28 +29,37 @@ namespace zorv {
 class configuration;
 
 /// A pinhole camera, or a camera given by a projection matrix, which can only project. Only `init` makes the
-/// latter.
+/// latter, and nothing turns it back.
+///
+/// With (x, y, z) in the camera's frame, W and H the image's size, (fx, fy) the focal lengths, (cx, cy) the
+/// principal point and B the baseline, a pinhole camera projects to
+///   u = (fx x / z + cx) W, v = (fy y / z + cy) H, disparity = B fx W / z.
+/// A projection-matrix camera projects (x, y, z, 1) to (a, b, c) = P S (x, y, z, 1), P being its 3 by 4 projection
+/// matrix and S its 4 by 4 camera-space transform, and then to
+///   u = a / c - x offset, v = b / c - y offset.
+/// Its matrices have intrinsics of their own: the principal point, the focal lengths and the baseline play no part.
 ///
 /// The const operations change nothing and allocate nothing, so that they may run on one camera in several
 /// threads. There are no move operations: a temporary is copied like any other camera.
 class ZORV_TOOLS_EXPORT Camera {
 public:
-    /// All zero, no extrinsics, pinhole.
+    /// All zero, no extrinsics, pinhole: it projects every point to three zeros.
     Camera();
-    /// The camera that `settings` describes at index 0; see `init`.
+    /// The camera that `settings` describes at index 0, with the errors of `init`.
     explicit Camera(configuration& settings);
-    /// A full copy.
+    /// A copy of everything, unlike the assignment. Nothing is reported.
     Camera(const Camera& other);
     virtual ~Camera();
 
     /// Takes the intrinsics and passes the other's extrinsics to `set_extrinsics`, nothing else: what belongs to
-    /// a projection-matrix camera stays as it was. Extrinsics that are not six numbers (a new camera, or one set
-    /// by a quaternion) are therefore reported on the standard error stream and leave the rotation.
+    /// a projection-matrix camera stays as it was, which is meant. Extrinsics that are not six numbers (a new camera,
+    /// or one set by a quaternion) are therefore reported on the standard error stream and leave the rotation.
     Camera& operator=(const Camera& other);
 
     /// Projects a world point. A pinhole camera gives the position and the disparity; a projection-matrix camera
-    /// gives 1.0 in place of the disparity. A point that is not in front of the camera, or that lands outside the
-    /// image, gives three zeros.
+    /// gives 1.0 in place of the disparity. A result outside the image gives three zeros, as does, for a pinhole
+    /// camera, a depth in its frame of 0.0001 or less. A projection-matrix camera refuses a c of exactly 0 alone, so
+    /// that points behind it are projected too. A position that comes out as not a number counts as inside.
     void project(double x, double y, double z, double& u, double& v, double& disparity) const;
     /// The same with the position rounded to whole pixels; exactly half way goes down.
     void project(double x, double y, double z, int& u, int& v, double& disparity) const;
@@ -58,8 +67,10 @@ public:
     void project(Three_d_point point, Three_d_point& out) const;
 
     /// The world point at an image position with a disparity; zeros where the disparity is not above 0.0001 or
-    /// the position is outside the image. Throws `exception_l` for a projection-matrix camera.
+    /// the position is outside the image. Throws `exception_l`, with the outputs untouched, for a projection-matrix
+    /// camera.
     void unproject(double u, double v, double disparity, double& x, double& y, double& z) const;
+    /// The same on a point, whose x, y and z are u, v and disparity; the other fields of `out` stay.
     void unproject(Three_d_point point, Three_d_point& out) const;
 
     /// World to camera, in place; nothing happens while no extrinsics are set.
@@ -67,38 +78,61 @@ public:
     /// Camera to world, in place; nothing happens while no extrinsics are set.
     void undo_extrinsic(double& x, double& y, double& z) const;
 
-    /// Depth from disparity and, by the same formula, disparity from depth. No test is made: 0 divides by zero.
+    /// Depth along the optical axis from disparity and, by the same formula, disparity from depth: W fx B over the
+    /// value. No test is made: 0 divides by zero, and the camera's kind is not looked at.
     double switch_disp_to_z(const double& value) const;
 
     /// Projects the world point, projects the six neighbours of the result (in u, v and disparity) in turn as if
-    /// they were world points, and averages of each pair the coordinate of its own axis over the valid ones. NaN
-    /// where no neighbour of an axis is valid. Projecting a second time, rather than back, is meant.
+    /// they were world points, and averages of each pair the coordinate of its own axis over the valid ones, which
+    /// stand in x, y and z of the result. NaN where no neighbour of an axis is valid. Projecting a second time, rather
+    /// than back, is meant.
     const Three_d_point voxel_widths(double x, double y, double z) const;
 
-    /// Stores the principal point, the focal lengths and the baseline, as they come.
+    /// Stores the principal point and the focal lengths, in image widths and heights, and the baseline, in world
+    /// units, as they come.
     void set_camera_params(double x_centre, double y_centre, double x_focus_pixels, double y_focus_pixels,
                            double disp_to_dist);
-    /// Width and height in pixels, truncated toward zero.
+    /// Width and height in pixels, truncated toward zero. A projection-matrix camera gets no size from its own keys:
+    /// until it is given one here, every point lies outside its image.
     void set_resolution(double width, double height);
     /// Angles about z (roll), x (pitch) and y (yaw) in degrees, clockwise camera rotations positive, then the
-    /// camera's position x, y, z. Six zeros switch the extrinsics off; another count than six is reported on the
-    /// standard error stream and changes nothing but what `get_extrinsics` returns. Each use otherwise writes a
-    /// note about old calibrations to that stream. Throws `exception_l` where the rotation is none (angles that
-    /// are not finite); the position is then still the old one.
+    /// camera's position x, y, z. Six numbers within 0.0001 of 0 switch the extrinsics off; another count than six is
+    /// reported on the standard error stream and changes nothing but what `get_extrinsics` returns. Each use otherwise
+    /// writes a note about old calibrations to that stream. Throws `exception_l` where the rotation is none (angles
+    /// that are not finite); the rotation is then the new one and the position still the old one.
     void set_extrinsics(std::vector<double> values);
     /// The same from a quaternion x, y, z, w (of any length but 0) and a position: seven numbers, and no note.
     void set_extrinsics_quaternion(const std::vector<double>& values);
 
-    /// Fills the camera from the entries at `index` of the camera keys in the store. Fields that nothing in the
-    /// store names stay as they were. See `create_camera_vector`.
+    /// Fills the camera from the entries at `index` of the camera keys in the store, which it copies:
+    /// - "bumblebee_params": principal point, focal lengths, image size and baseline;
+    /// - "camera_proj_mats", which makes it a projection-matrix camera, with "camera_space_transform" and
+    ///   "projection_offsets" (in pixels, truncated toward zero), both of which must then have an entry too;
+    /// - the extrinsics, as told at `create_camera_vector`.
+    ///
+    /// Fields that nothing in the store names stay as they were. An index at which the store has neither of the first
+    /// two is a line on the standard error stream, and the extrinsics are set all the same.
+    ///
+    /// Throws `std::out_of_range` for an entry that is too short: of "bumblebee_params" before any field has changed,
+    /// of a matrix with the rest of it zero. Throws `exception_l` where a projection-matrix camera has no transform or
+    /// no two offsets, with the matrices as far as they have been filled, and as `set_extrinsics` does.
     void init(configuration& settings, unsigned int index);
 
+    /// @{
+    /// The principal point, in image widths across and image heights down.
     double get_x_centre() const { return x_centre; }
     double get_y_centre() const { return y_centre; }
+    /// @}
+    /// @{
+    /// The focal lengths, in image widths across and image heights down whatever the names say.
     double get_x_focus_pixels() const { return x_focus_pixels; }
     double get_y_focus_pixels() const { return y_focus_pixels; }
+    /// @}
+    /// @{
+    /// The image's size in pixels; 0 until it is set.
     int get_image_width() const { return image_width; }
     int get_image_height() const { return image_height; }
+    /// @}
     /// The stereo baseline, in world units.
     double get_baseline() const { return disp_to_dist; }
     /// The vector last passed to a setter of the extrinsics, whatever its size and form.
@@ -148,16 +182,18 @@ private:
     double camera_space_transform_columns[4][4] = {};
 };
 
-/// Five lines: a fixed first one, then the intrinsics. Nothing of the extrinsics or the projection matrices.
+/// Writes five lines, a fixed first one and the intrinsics, and flushes the stream. Nothing of the extrinsics or the
+/// projection matrices. The numbers have the stream's format.
 ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const Camera& camera);
 
 /// Makes one camera for each entry of "bumblebee_params" (pinhole) or "camera_proj_mats" (projection matrix) in
-/// the store; throws `exception_l`, with `cameras` untouched, where both are set. Elements that are already in
-/// `cameras` are filled over their old contents. An exception leaves the cameras before the one at fault filled.
+/// the store, by `Camera::init`; none where the store has neither. Throws `exception_l`, with `cameras` untouched,
+/// where both are set. Elements that are already in `cameras` are filled over their old contents, and surplus ones go.
+/// What `Camera::init` throws leaves the cameras before the one at fault filled.
 ///
 /// The extrinsics of camera i are entry i of "extrinsic_camera_params", then, beyond the end of that list, the
 /// entries of "extrinsic_camera_params_q" in order. Where both lists have an entry i, both are applied and the
-/// quaternion wins.
+/// quaternion wins. A camera beyond the end of both has none, without a report.
 ZORV_TOOLS_EXPORT void create_camera_vector(std::vector<Camera>& cameras, configuration& settings);
 
 namespace internal {

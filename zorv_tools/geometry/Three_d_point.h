@@ -8,16 +8,20 @@
 
 namespace zorv {
 
-/// A position in space, or a position in an image with its disparity (u, v, disparity), with three associated
-/// values. Three further fields have no operation of their own; they are only carried along.
+/// A position in space, in world units, or a position in an image with its disparity (u, v, disparity), in pixels,
+/// with three associated values. Three further fields have no operation of their own; they are only carried along.
 class ZORV_TOOLS_EXPORT Three_d_point {
 public:
+    /// All zero.
     Three_d_point() = default;
+    /// The position and the three associated values, which come as whole numbers; the other fields are zero.
     Three_d_point(double x_value, double y_value, double z_value, int value0, int value1, int value2)
         : x(x_value), y(y_value), z(z_value), extra0(value0), extra1(value1), extra2(value2) {}
+    /// Takes all nine fields.
     Three_d_point(const Three_d_point&) = default;
     virtual ~Three_d_point() = default;
 
+    /// Takes all nine fields.
     Three_d_point& operator=(const Three_d_point&) = default;
     /// Stores the entries in x, y, z and the three associated values, in that order. A shorter vector leaves the
     /// later fields; a longer one throws `exception_l` after all six have been stored.
@@ -27,6 +31,7 @@ public:
     /// leaves the point.
     Three_d_point& operator+=(const std::vector<double>& offset);
 
+    /// @{
     /// x, y, z and the associated values by index 0 to 5; throws `exception_l` for any other index.
     double& operator[](int index) {
         if (index < 0 || index > 5) {
@@ -40,20 +45,21 @@ public:
         }
         return this->*field(index);
     }
+    /// @}
 
     /// Dot product with a vector of three entries. Any other size gives a line on the standard error stream and
     /// the result -1.0, which a true result may be too.
     double dot_product(const std::vector<double>& other) const;
 
-    double x = 0;
-    double y = 0;
-    double z = 0;
-    double extra0 = 0;
-    double extra1 = 0;
-    double extra2 = 0;
-    double reserved0 = 0;
-    double reserved1 = 0;
-    double reserved2 = 0;
+    double x = 0;          ///< or u
+    double y = 0;          ///< or v
+    double z = 0;          ///< or the disparity
+    double extra0 = 0;     ///< first associated value; the host gives it a meaning
+    double extra1 = 0;     ///< second associated value
+    double extra2 = 0;     ///< third associated value
+    double reserved0 = 0;  ///< only carried along
+    double reserved1 = 0;  ///< only carried along
+    double reserved2 = 0;  ///< only carried along
 
 private:
     static double Three_d_point::*field(int index) {
@@ -65,7 +71,8 @@ private:
     [[noreturn]] static void throw_bad_index(const code_location& caller, int index);
 };
 
-/// Writes "x,y,z" and, unless the associated values are all 0, these in reverse order behind it. No line end.
+/// Writes "x,y,z" and, unless the associated values are all exactly 0, all three of them behind it, the last one first
+/// on purpose. The numbers have the stream's format. No line end.
 ZORV_TOOLS_EXPORT std::ostream& operator<<(std::ostream& out, const Three_d_point& point);
 
 }  // namespace zorv

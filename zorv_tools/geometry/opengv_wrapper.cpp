@@ -81,10 +81,11 @@ bool on_one_line(const Vectors& vectors, const Vector3d& origin) {
 /// Whether the points determine a pose. The solver must not see others: elimination runs into pivots that are
 /// zero or not a number, and it then reads and writes in front of its matrix.
 bool determine_pose(const bearingVectors_t& bearings, const points_t& points) {
-    // The comparisons are false of what is not a number. A bearing whose norm overflowed is zero.
+    // The comparisons are false of what is not a number. A bearing whose norm overflowed is zero,
+    // one whose norm vanished infinite.
     return points.size() >= 3 &&
            std::all_of(bearings.begin(), bearings.end(),
-                       [](const Vector3d& f) { return f.squaredNorm() > 0.5; }) &&
+                       [](const Vector3d& f) { return std::abs(f.squaredNorm() - 1.0) < 0.5; }) &&
            std::all_of(points.begin(), points.end(),
                        [](const Vector3d& p) {
                            return p.squaredNorm() <= largest_coordinate * largest_coordinate;

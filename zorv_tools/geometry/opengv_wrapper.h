@@ -13,7 +13,7 @@
 ///
 /// There is no solution, and the solver is not called, where
 /// - the two lists of points differ in length, or hold fewer than three points;
-/// - `camera_matrix` is not 3 by 3;
+/// - `camera_matrix` is neither 3 by 3 nor empty;
 /// - a world point or a ray through an image point is not finite, as with an all-zero `camera_matrix`, or the
 ///   points' coordinates or spread are beyond 1e12 or below 1e-12;
 /// - all world points lie on one line or all rays coincide, which leaves the pose open.
@@ -23,8 +23,8 @@
 /// since the packaged opengv can fail on such points; solutions other than the true ones then depend on the turn.
 ///
 /// A list of world points without exactly three columns, or of image points without exactly two, raises
-/// `exception_l`. So does any failure on the way, as a report with a frame of each of the functions here that
-/// it passed.
+/// `exception_l`. An empty list has no columns and raises it too. So does an empty `camera_matrix` and any failure on
+/// the way, as a report with a frame of each of the functions here that it passed.
 
 #include <vector>
 
@@ -40,7 +40,8 @@ ZORV_TOOLS_EXPORT void upnp(const matrix<double>& image_points, const matrix<dou
                             std::vector<std::vector<double>>& translations);
 
 /// Gives the solution whose sum of squared reprojection errors, in pixels, is the least; empties both outputs
-/// where there is none. A prior in them (3 by 3 and 3 entries) is handed to the solver.
+/// where there is none. Points behind the camera count as if they were in front of it. A prior in the outputs (3 by 3
+/// and 3 entries) is handed to the solver.
 ZORV_TOOLS_EXPORT void upnp(const matrix<double>& image_points, const matrix<double>& world_points,
                             const matrix<double>& camera_matrix, matrix<double>& rotation,
                             std::vector<double>& translation);

@@ -5,9 +5,9 @@
 /// extraction of one field of an interlaced frame.
 ///
 /// A position is x (column) first, y (row) second, then the channel, all counted from 0; row 0 is the first row
-/// of the image's data. `roi` and `origin` of an `IplImage` are ignored. Every read and write tests what it is
-/// given and reports a failure with its numbers; on success nothing is allocated. No function keeps any state,
-/// so that several threads may read one image.
+/// of the image's data. `roi` and `origin` of an `IplImage` are ignored, save by `get_rows`. Every read and write
+/// tests what it is given and reports a failure with its numbers; on success nothing is allocated. No function
+/// keeps any state, so that several threads may read one image.
 
 #include <cstddef>
 #include <cstring>
@@ -115,7 +115,8 @@ inline T load(const void* address) {
 /// One element of an image, its bits taken as a `T`: char, unsigned char, short, unsigned short, int, float or
 /// double. Only the size of the element is tested, so that `get_pix<int>` on a float image gives the float's
 /// bits. Throws `exception_l` when the size differs, or when x, y or the channel is too large. Negative
-/// positions and channels are not tested here, unlike in the `cv::Mat` forms, and the host answers for them.
+/// positions and channels are not tested here, unlike in the `cv::Mat` forms: they reach what lies before the row,
+/// which is meant, and the host answers for them.
 template <class T>
 const T get_pix(const IplImage& image, const int x, const int y, const int channel) {
     static_assert(internal::accepted_depths<T> != 0, "get_pix cannot read elements of this type");
@@ -137,8 +138,8 @@ const T get_pix(const cv::Mat& image, const int x, const int y, const int channe
     return internal::load<T>(grid.address(x, y, channel, sizeof(T)));
 }
 
-/// The element itself, for writing; valid as long as the image's data. The tests are those of the form that
-/// returns a value.
+/// The element itself, for writing; valid as long as the image's data. Tests and reports are those of the form
+/// that returns a value.
 template <class T>
 T& get_pix(cv::Mat& image, const int x, const int y, const int channel) {
     static_assert(internal::accepted_depths<T> != 0, "get_pix cannot read elements of this type");
@@ -149,10 +150,13 @@ T& get_pix(cv::Mat& image, const int x, const int y, const int channel) {
     return *reinterpret_cast<T*>(grid.address(x, y, channel, sizeof(T)));
 }
 
-/// One element by the image's own type, widened to double. Throws as `get_pix<T>` does. A depth that has no such
-/// type is written to the standard error stream and thrown as `std::logic_error`.
+/// @{
+/// One element by the image's own type, widened to double. Throws as `get_pix<T>` does on that kind of image. A depth
+/// that has no such type is written to the standard error stream and thrown as `std::logic_error`, not as
+/// `exception_l`.
 ZORV_TOOLS_EXPORT double get_pix(const IplImage& image, const int x, const int y, const int channel);
 ZORV_TOOLS_EXPORT double get_pix(const cv::Mat& image, const int x, const int y, const int channel);
+/// @}
 
 /// Writes all channels of a pixel. Values are truncated toward zero and then wrap to the element's size; nothing
 /// saturates or is rounded: 300.7 becomes 44 in an 8-bit image, and -1 becomes 255. Throws `exception_l`, with
@@ -160,20 +164,22 @@ ZORV_TOOLS_EXPORT double get_pix(const cv::Mat& image, const int x, const int y,
 ZORV_TOOLS_EXPORT void set_pix(cv::Mat& image, const int x, const int y, const cv::Scalar_<double>& value);
 
 /// Bicubic sample at (x, y), whole numbers being the centres of pixels: the cubic convolution of Catmull and Rom
-/// (a = -1/2), first along four rows and then down their results. Neighbours beyond the border are those on it.
-/// The result is not limited to the range of the image's type. (x, y) rounded down must lie inside the image,
-/// else `exception_l` is thrown; otherwise throws as the `get_pix` that returns double.
+/// (a = -1/2; R. Keys, Cubic convolution interpolation for digital image processing, 1981), first along four rows
+/// and then down their results. Neighbours beyond the border are those on it. The result is not limited to the range
+/// of the image's type: it may overshoot at edges. (x, y) rounded down must lie inside the image, else `exception_l`
+/// is thrown; otherwise throws as the `get_pix` that returns double.
 ZORV_TOOLS_EXPORT double interp_pix(const cv::Mat& image, const double x, const double y, const int channel);
 
-/// Bilinear sample at (x, y). As `interp_pix`, but the position is truncated toward zero, not rounded down: one
-/// between -1 and 0 is accepted and extrapolates.
+/// Bilinear sample at (x, y), with the border and the reports of `interp_pix`, whose name these bear. The position is
+/// truncated toward zero, not rounded down, on purpose: one between -1 and 0 is accepted and extrapolates.
 ZORV_TOOLS_EXPORT double interp_pix_linear(const cv::Mat& image, const double x, const double y,
                                            const int channel);
 
 /// Takes the odd (1, 3, 5, ...) or the even (0, 2, 4, ...) rows of an interlaced frame. `dest` is allocated by
 /// the host, `xScale` times narrower and `yScale` times lower than `src`, with elements of the same size.
 /// `xScale` must be 1. With a `yScale` of 2 the field is packed; with 1 each of its rows is written to both rows
-/// of the pair. Throws `exception_l`, with `dest` unchanged, when sizes do not fit or a scale is not supported.
+/// of the pair. Throws `exception_l`, with `dest` unchanged, when sizes do not fit or a scale is not supported. A
+/// frame without a row of the field gives nothing.
 ///
 /// Each row is copied as one block of the source's row stride, `src.step[0]` bytes, whatever the stride of
 /// `dest`. The block ends early where a buffer that OpenCV allocated for a `cv::Mat` ends; memory of the host's
@@ -181,6 +187,7 @@ ZORV_TOOLS_EXPORT double interp_pix_linear(const cv::Mat& image, const double x,
 /// the last one of `dest` is written: give frames with an even number of rows.
 ZORV_TOOLS_EXPORT void get_rows(const cv::Mat& src, cv::Mat& dest, const int xScale, const int yScale,
                                 const bool odd_field);
+/// The same for an `IplImage`; of one with a region of interest, for that region.
 ZORV_TOOLS_EXPORT void get_rows(const IplImage* src, IplImage* dest, const int xScale, const int yScale,
                                 const bool odd_field);
 

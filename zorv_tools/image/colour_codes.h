@@ -12,13 +12,13 @@
 
 namespace zorv {
 
-/// Unpacks 0xRRGGBB; the top byte is ignored.
+/// Unpacks 0xRRGGBB; the top byte is ignored, and no value is refused.
 ZORV_TOOLS_EXPORT cv::Scalar_<double> UIntToColor(unsigned int colour);
 
 /// The default set, which is `colour_set_max_contrast`.
 ZORV_TOOLS_EXPORT cv::Scalar_<double> colour_set(int index);
 
-/// 20 colours (0 to 19) of which neighbours look as different as possible.
+/// 20 colours (0 to 19), in an order that makes neighbours look as different as possible.
 ZORV_TOOLS_EXPORT cv::Scalar_<double> colour_set_max_contrast(int index);
 
 /// 9 plainer colours (0 to 8).

@@ -6,16 +6,19 @@
 /// The polygons are lists of vertices without a closing one, convex or not. What is measured is the integral of
 /// the product of their winding numbers: of two simple polygons of the same orientation, the area that they
 /// share; with one of them reversed, the same below zero; where a polygon winds twice, its overlap counts twice.
-/// All vertices together must span both axes.
+/// All vertices together must span both axes, which is not tested.
 ///
 /// Vertices are snapped to a grid of 500,000,000 steps each way, whose low bits are set so that the polygons have
-/// no coordinate in common; no special position needs a case of its own then.
+/// no coordinate in common; no special position needs a case of its own then. The bits depend on which polygon comes
+/// first and on the vertex that it begins with, and the results do so in their last digits. Vertices are only read,
+/// and nothing is kept.
 
 #include "zorv_tools/core/export.h"
 
+/// A vertex, in any unit.
 struct point {
-    double x;
-    double y;
+    double x;  ///< across
+    double y;  ///< down or up, the same for both polygons
 };
 
 /// The steps of the measure in 32-bit arithmetic, whose products wrap. Its magnitude cannot exceed some 8.6e-9 of
@@ -23,5 +26,6 @@ struct point {
 /// compare with stored results. 0 where a polygon has fewer than three vertices.
 ZORV_TOOLS_EXPORT double intersectionArea(int count_a, point* const a, int count_b, point* const b);
 
-/// The same steps in 64-bit arithmetic: the area, to within the resolution of the grid.
+/// The same steps in 64-bit arithmetic: the area, in the square of the vertices' unit, to within the resolution of the
+/// grid. 0 where a polygon has fewer than three vertices.
 ZORV_TOOLS_EXPORT double intersectionArea64(int count_a, point* const a, int count_b, point* const b);

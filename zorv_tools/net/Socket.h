@@ -26,17 +26,21 @@ namespace zorv {
 /// is no file descriptor).
 using SOCKET = std::uint64_t;
 
-/// Whether a call waits. Only NonBlocking (1) is ever tested for; every other value acts as Blocking.
-enum TypeSocket { Blocking, NonBlocking };
+/// Whether a call waits. Only NonBlocking is ever tested for; every other value acts as Blocking.
+enum TypeSocket {
+    Blocking,    ///< the call comes back when it has something to give; 0
+    NonBlocking  ///< the call comes back at once; 1
+};
 
 /// A connected or listening stream socket. Hosts get one from SocketServer::Accept, or make one of the derived classes.
 class ZORV_TOOLS_EXPORT Socket {
 public:
-    /// Shares the handle of @p other.
+    /// Shares the handle of @p other: what one of them receives the other does not.
     Socket(const Socket& other);
 
     /// Shares the handle of @p other, and releases nothing: what this object held before stays open for good, and the
-    /// process-wide count of objects stays one too high, so that the socket library is not released any more.
+    /// process-wide count of objects stays one too high, so that the socket library is not released any more. That is
+    /// meant.
     Socket& operator=(Socket& other);
 
     /// Closes the handle if no other object shares it, and releases the socket library with the last object.
@@ -53,7 +57,8 @@ public:
     /// are kept. One system call a byte.
     std::string ReceiveLine();
 
-    /// Sends @p bytes in one call, whose result is ignored. The length is passed on as a 32-bit integer.
+    /// Sends @p bytes in one call, whose result is ignored: on a non-blocking socket a part of them may be lost. The
+    /// length is passed on as a 32-bit integer.
     void SendBytes(const std::string& bytes);
 
     /// Sends @p line and a newline (10) in one call, whose result is ignored.
@@ -68,7 +73,7 @@ protected:
     /// @throws char* "Could not start WSA"
     explicit Socket(SOCKET handle);
 
-    SOCKET socket_ = 0;
+    SOCKET socket_ = 0;                  ///< the handle, which stays here after its close
     std::int32_t* ref_count_ = nullptr;  ///< number of objects that share the handle; shared by them all
 
 private:
@@ -81,7 +86,7 @@ private:
     static std::int32_t nofSockets_;  ///< live objects of the process, copies included
 };
 
-/// A connection to a server.
+/// A connection to a server, always blocking.
 class ZORV_TOOLS_EXPORT SocketClient : public Socket {
 public:
     /// Resolves the host and connects to the first of its addresses.
@@ -92,7 +97,9 @@ public:
     /// @throws char* as the constructor of Socket
     SocketClient(const std::string& host, int port);
 
+    /// Shares the connection of @p other.
     SocketClient(const SocketClient& other) = default;
+    /// As that of Socket: what this object held stays open.
     SocketClient& operator=(SocketClient& other) = default;
 };
 
@@ -107,10 +114,13 @@ public:
     /// @throws char* "INVALID_SOCKET" if the port is taken, and as the constructor of Socket
     SocketServer(int port, int connections, TypeSocket type);
 
+    /// Shares the listening socket of @p other.
     SocketServer(const SocketServer& other) = default;
+    /// As that of Socket: what this object held stays open.
     SocketServer& operator=(SocketServer& other) = default;
 
-    /// The next connection, which the caller deletes; null if the server is non-blocking and none is waiting.
+    /// The next connection, which the caller deletes; null if the server is non-blocking and none is waiting. It may
+    /// outlive the server.
     /// @throws char* "Invalid Socket" on every other error
     Socket* Accept();
 };
@@ -118,7 +128,8 @@ public:
 /// Waits until one of at most two sockets is readable, which for a server means that a connection is waiting.
 class ZORV_TOOLS_EXPORT SocketSelect {
 public:
-    /// Waits for as long as it takes or, with NonBlocking, looks and returns.
+    /// Waits for as long as it takes or, with NonBlocking, looks and returns; nothing readable is no failure. A peer
+    /// that has closed makes its socket readable too. The sockets stay the caller's.
     /// @param first  not null
     /// @param second may be null, and may be the same socket
     /// @param type   Blocking or NonBlocking

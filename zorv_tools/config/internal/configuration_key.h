@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "zorv_tools/config/configuration.h"
+#include "zorv_tools/config/internal/configuration_checks.h"
 #include "zorv_tools/core/exception_l.h"
 
 namespace zorv::internal {
@@ -69,20 +70,22 @@ struct setting {
 /// without a branch are filled by the lines of other keys.
 enum class half { none, first, second };
 
-/// What happens to a line whose key has a value already.
-enum class repetition { keep_first, replace, untested };
+/// What happens to a line whose key has a value already. Of the first two a warning tells; with the other two there
+/// is no test, and the line replaces the value or adds an entry to it.
+enum class repetition { keep_first, replace, untested, append };
 
 /// What stands behind the sentence of a refused number: the text of the line or the number made of it.
 enum class echo { text, number };
 
 struct number_check {
-    bool (*accepts)(double) = nullptr;
+    number_range range = {};
+    /// Null where there is no check.
     const char* refusal = nullptr;
     echo shown = echo::text;
 };
 
 struct text_check {
-    bool (*accepts)(const std::string&) = nullptr;
+    text_rule rule = {};
     const char* refusal = nullptr;
     /// Stands behind the refused text.
     const char* closing = "";
@@ -93,6 +96,18 @@ struct text_check {
 struct flag_wording {
     const char* refusal = nullptr;
     const char* closing = "";
+};
+
+/// What the documentation tells of a special key, whose fields its setter checks.
+struct line_format {
+    /// The type of the object that `get_param` lends a pointer to.
+    const char* lends = nullptr;
+    /// The fields of a line's value.
+    const char* form = nullptr;
+    /// Which values the fields may have, and what becomes of others.
+    const char* accepted = nullptr;
+    /// A value that is stored without a warning.
+    const char* example = nullptr;
 };
 
 /// All there is to know about one key.
@@ -110,6 +125,9 @@ struct key_row {
     std::array<number_check, 2> numbers = {};
     text_check texts = {};
     flag_wording flags = {};
+    line_format format = {};
+    /// The key whose lines fill a key that has no branch.
+    std::string_view filled_by = {};
 
     void (*set)(const key_row& row, const setting& line) = nullptr;
     /// Releases the object of a special key.
@@ -136,7 +154,7 @@ void set_text(const key_row& row, const setting& line);
 /// Writes the warning about a repetition and tells whether the line is still to be worked on.
 bool allow_repetition(const key_row& row);
 
-/// "keep first" for special keys: true when the key has no object yet.
+/// The test for repetition of special keys: true when the key has no object yet or takes another line.
 bool first_object(const key_row& row, const setting& line);
 
 }  // namespace zorv::internal
