@@ -79,10 +79,13 @@ void print(const track& blocks, std::ostream& out) {
 }
 
 void write_track(const track& blocks, const std::string& path) {
-    std::ofstream out(path);
+    // The library would tell of a bad stream, but not of the file.
+    std::ostringstream text;
     for (const zorv::Subtitle& block : blocks) {
-        out << block;
+        text << block;
     }
+    std::ofstream out(path);
+    out << text.str();
     out.close();
     if (!out) {
         throw std::runtime_error("cannot write \"" + path + "\"");

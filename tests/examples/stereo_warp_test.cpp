@@ -1,11 +1,9 @@
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <opencv2/imgcodecs.hpp>
 #include <string>
 
-#include "tests/support/program.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/examples/program_test.h"
 
 namespace {
 
@@ -15,6 +13,9 @@ const std::string intrinsics = "bumblebee_params=0.5|0.5|2|2.5|64|48|0.1\n";
 const std::string two_cameras = intrinsics + intrinsics +
                                 "extrinsic_camera_params_q=0|0|0|1|0|0|0\n"
                                 "extrinsic_camera_params_q=0|0|0|1|0.1|0|0\n";
+
+const std::string common =
+    "--config=rig --left left.png --right right.png --disparity=disparity.png --out results ";
 
 /// A ramp, brighter by 3 for each column, that begins `shift` columns to the left.
 cv::Mat ramp(double shift) {
@@ -29,34 +30,28 @@ cv::Mat ramp(double shift) {
     return picture;
 }
 
-class StereoWarp : public testing::Test {
+class StereoWarp : public program_test {
 protected:
     StereoWarp() {
         folder.write("rig", two_cameras);
-        cv::imwrite(folder.path("left.png"), ramp(0));
-        cv::imwrite(folder.path("right.png"), ramp(10));
+        cv::imwrite("left.png", ramp(0));
+        cv::imwrite("right.png", ramp(10));
         cv::Mat disparities(height, width, CV_8U, cv::Scalar(10));
         disparities.at<unsigned char>(20, 30) = 0;
-        cv::imwrite(folder.path("disparity.png"), disparities);
+        cv::imwrite("disparity.png", disparities);
     }
 
-    program_run warp(const std::string& config, const std::string& left, const std::string& right,
-                     const std::string& disparity, const std::string& more = "") const {
-        return run(STEREO_WARP, "--config=" + folder.path(config) + " --left " + folder.path(left) +
-                                    " --right " + folder.path(right) + " --disparity=" +
-                                    folder.path(disparity) + " --out " + folder.path("results") + " " + more);
-    }
+    /// Options that replace the common ones.
+    static program_run warp(const std::string& more = "") { return run(STEREO_WARP, common + more); }
 
-    cv::Mat result(const std::string& name) const {
-        return cv::imread(folder.path("results/" + name), cv::IMREAD_UNCHANGED);
+    static cv::Mat result(const std::string& name) {
+        return cv::imread("results/" + name, cv::IMREAD_UNCHANGED);
     }
-
-    temporary_directory folder;
 };
 
 // Everything but the pixels seen by the left camera alone and the one of unknown disparity is found again.
 TEST_F(StereoWarp, PaintsTheLeftViewOutOfTheRightPicture) {
-    const program_run done = warp("rig", "left.png", "right.png", "disparity.png");
+    const program_run done = warp();
     ASSERT_EQ(done.status, 0) << done.err;
     EXPECT_EQ(done.err, "");
     EXPECT_NE(done.out.find("left camera created from specific parameters.\ncentre position=(0.5,0.5)\n"),
@@ -83,78 +78,59 @@ TEST_F(StereoWarp, PaintsTheLeftViewOutOfTheRightPicture) {
 }
 
 TEST_F(StereoWarp, MeasuresTheError) {
-    cv::Mat brighter = ramp(10) + cv::Scalar(0, 3, 0);
-    cv::imwrite(folder.path("brighter.png"), brighter);
-    const program_run done = warp("rig", "left.png", "brighter.png", "disparity.png");
+    cv::imwrite("brighter.png", ramp(10) + cv::Scalar(0, 3, 0));
+    const program_run done = warp("--right brighter.png");
     // One channel of three is off by 3: 10 log10(255 * 255 / 3).
     EXPECT_NE(done.out.find("peak signal-to-noise ratio: 43.3596 dB"), std::string::npos) << done.out;
 }
 
-// Half a column further: the ramp gives 3/2 less with either kernel, and the step at its end tells them apart.
+// Half a column further: the step tells the kernels apart, of which one overshoots, if not beyond white.
 TEST_F(StereoWarp, SamplesBetweenPixelsWithTheChosenKernel) {
-    cv::Mat step(height, width, CV_8UC3, cv::Scalar::all(100));
-    step.colRange(32, width).setTo(cv::Scalar::all(180));
-    cv::imwrite(folder.path("step.png"), step);
+    cv::Mat step(height, width, CV_8UC3, cv::Scalar::all(90));
+    step.colRange(32, width).setTo(cv::Scalar::all(250));
+    cv::imwrite("step.png", step);
     const struct {
         const char* options;
         int before, middle, after;
-    } rows[] = {{"--disparity-offset 0.5", 95, 140, 185}, {"--disparity-offset 0.5 --linear", 100, 140, 180}};
+    } rows[] = {{"--disparity-offset 0.5", 80, 170, 255}, {"--disparity-offset 0.5 --linear", 90, 170, 250}};
     for (const auto& row : rows) {
-        ASSERT_EQ(warp("rig", "left.png", "step.png", "disparity.png", row.options).status, 0);
+        ASSERT_EQ(warp(std::string("--right step.png ") + row.options).status, 0);
         const cv::Mat painted = result("painted.png");
         EXPECT_EQ(painted.at<cv::Vec3b>(5, 41)[1], row.before) << row.options;
         EXPECT_EQ(painted.at<cv::Vec3b>(5, 42)[1], row.middle) << row.options;
         EXPECT_EQ(painted.at<cv::Vec3b>(5, 43)[1], row.after) << row.options;
+        // Nothing is known of this one, and the offset makes it no disparity.
+        EXPECT_EQ(result("mask.png").at<unsigned char>(20, 30), 0);
     }
 }
 
 TEST_F(StereoWarp, OneLineForEachMistake) {
+    const auto twice = [](const std::string& line) { return line + "\n" + line + "\n"; };
     folder.write("one_camera", intrinsics);
     folder.write("no_rig", "no equals sign\n");
     folder.write("text.png", "not a picture");
-    folder.write("other_size",
-                 "bumblebee_params=0.5|0.5|2|2.5|65|48|0.1\nbumblebee_params=0.5|0.5|2|2.5|65|48|0.1\n");
-    folder.write("matrices",
-                 "camera_proj_mats=1|0|0|0|0|1|0|0|0|0|1|0\ncamera_proj_mats=1|0|0|0|0|1|0|0|0|0|1|0\n"
-                 "camera_space_transform=1|0|0|0|0|1|0|0|0|0|1|0|0|0|0|1\n"
-                 "camera_space_transform=1|0|0|0|0|1|0|0|0|0|1|0|0|0|0|1\n"
-                 "projection_offsets=0|0\nprojection_offsets=0|0\n");
-    cv::imwrite(folder.path("small.png"), ramp(0)(cv::Rect(0, 0, 20, 10)));
-    const struct {
-        std::string config, left, right, disparity, more, part;
-    } rows[] = {
-        {"none", "left.png", "right.png", "disparity.png", "", "cannot read the rig file"},
-        {"no_rig", "left.png", "right.png", "disparity.png", "",
-         "No equals sign found in config file line 0"},
-        {"one_camera", "left.png", "right.png", "disparity.png", "", "describes 1 camera(s)"},
-        {"other_size", "left.png", "right.png", "disparity.png", "", "images of 65 by 48 pixels"},
-        {"matrices", "left.png", "right.png", "disparity.png", "", "camera uses proj mats"},
-        {"rig", "none", "right.png", "disparity.png", "", "cannot read the picture"},
-        {"rig", "left.png", "text.png", "disparity.png", "", "is not a picture"},
-        {"rig", "left.png", "small.png", "disparity.png", "", "the right photograph is 20 by 10 pixels"},
-        {"rig", "left.png", "right.png", "small.png", "", "the disparity map is 20 by 10 pixels"},
-        {"rig", "left.png", "right.png", "disparity.png", "--disparity-offset x", "needs a number"},
-        {"rig", "left.png", "right.png", "disparity.png", "--out " + folder.path("rig"), "cannot write"},
-        {"rig", "left.png", "right.png", "disparity.png", "--sideways", "unknown option --sideways"}};
-    for (const auto& row : rows) {
-        const program_run failed = warp(row.config, row.left, row.right, row.disparity, row.more);
-        EXPECT_EQ(failed.status, 1) << row.part;
-        EXPECT_NE(failed.err.find(row.part), std::string::npos) << failed.err;
-        EXPECT_EQ(failed.err.rfind("stereo_warp: ", 0), 0u) << failed.err;
-        EXPECT_EQ(std::count(failed.err.begin(), failed.err.end(), '\n'), 1) << failed.err;
-    }
-    const program_run nothing_given = run(STEREO_WARP, "");
-    EXPECT_EQ(nothing_given.status, 1);
-    EXPECT_EQ(nothing_given.err, "stereo_warp: option --config is needed (see --help)\n");
-}
-
-TEST_F(StereoWarp, HelpNamesTheOptions) {
-    const program_run help = run(STEREO_WARP, "--help");
-    EXPECT_EQ(help.status, 0);
-    for (const char* option :
-         {"config", "left", "right", "disparity", "disparity-offset", "linear", "out", "help"}) {
-        EXPECT_NE(help.out.find(std::string("  --") + option + " "), std::string::npos) << option;
-    }
+    folder.write("wider", twice("bumblebee_params=0.5|0.5|2|2.5|65|48|0.1"));
+    folder.write("higher", twice("bumblebee_params=0.5|0.5|2|2.5|64|49|0.1"));
+    folder.write("matrices", twice("camera_proj_mats=1|0|0|0|0|1|0|0|0|0|1|0") +
+                                 twice("camera_space_transform=1|0|0|0|0|1|0|0|0|0|1|0|0|0|0|1") +
+                                 twice("projection_offsets=0|0"));
+    cv::imwrite("small.png", ramp(0)(cv::Rect(0, 0, 20, 10)));
+    expect_mistakes(STEREO_WARP, common,
+                    {{"--config none", "cannot read the rig file"},
+                     {"--config no_rig", "No equals sign found in config file line 0"},
+                     {"--config one_camera", "describes 1 camera(s)"},
+                     {"--config wider", "images of 65 by 48 pixels"},
+                     {"--config higher", "images of 64 by 49 pixels"},
+                     {"--config matrices", "camera uses proj mats"},
+                     {"--left none", "cannot read the picture"},
+                     {"--right text.png", "is not a picture"},
+                     {"--right small.png", "the right photograph is 20 by 10 pixels"},
+                     {"--disparity small.png", "the disparity map is 20 by 10 pixels"},
+                     {"--disparity-offset x", "needs a number"},
+                     {"--out rig", "cannot write"},
+                     {"--linear=1", "option --linear takes no value"},
+                     {"--sideways", "unknown option --sideways"}});
+    EXPECT_EQ(run(STEREO_WARP, "").err, "stereo_warp: option --config is needed (see --help)\n");
 }
 
 }  // namespace

@@ -45,7 +45,7 @@ void use_after_close(zorv::Socket& closed) {
     closed.SendLine("astray");
     EXPECT_EQ(closed.ReceiveBytes(), "");
     EXPECT_EQ(closed.ReceiveLine(), "");
-    EXPECT_EQ(thrown_by([&] { zorv::SocketSelect(&closed, nullptr, zorv::NonBlocking); }),
+    EXPECT_EQ(thrown_by([&] { zorv::SocketSelect(&closed, nullptr, zorv::Blocking); }),
               "char* Error in select");
 }
 

@@ -90,6 +90,7 @@ TEST(Subtitle, ReaderReportsWhatStandsInTheWrongPlace) {
     const std::tuple<std::string, std::string, std::string> cases[] = {
         {"IO_helpers", "x1 " + times, number + "x1\""},
         {"Timestamp", "1 \n", "Timestamp >> operator : passed stream was not good"},
+        {"Timestamp", "1 00:00:01,000 --> ", "Timestamp >> operator : passed stream was not good"},
         {"Subtitle", "1 00:00:01,000-->00:00:02,000 [0.5] x", arrow + "[0.5]\""},
         {"Subtitle", "1 00:00:01,000 ", arrow + "\""},
         {"Subtitle", "1 00:00:01,000 -->> 00:00:02,000", arrow + "-->>\""},

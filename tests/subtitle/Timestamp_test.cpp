@@ -32,7 +32,7 @@ const zorv::Timestamp time_of(const fields& f) {
 
 TEST(Timestamp, LooseFormsAreReadAndWrittenStrictly) {
     const std::tuple<std::string, fields, std::string> cases[] = {
-        {"1:2:3,4", {1, 2, 3, 4}, "01:02:03,004"},
+        {"1:2:3,0004", {1, 2, 3, 4}, "01:02:03,004"},
         {"99:99:99,999", {99, 99, 99, 999}, "99:99:99,999"},
         {"12x:30y:+4,5.9", {12, 30, 4, 5}, "12:30:04,005"},
         {"-1:-2:3,-4", {-1, -2, 3, -4}, "0-1:0-2:03,00-4"},
